@@ -1,0 +1,36 @@
+# What every target is built with: C++20, warnings, hardening, link-time optimisation, source paths kept out of binaries.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "build type" FORCE)
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wformat=2 -Wmissing-declarations)
+if(WARNINGS_AS_ERRORS)
+    add_compile_options(-Werror)
+endif()
+
+# Messages name sources relative to the repository, and a build does not depend on where it happens.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=")
+
+# Times and rates are computed in plain double arithmetic, never fused, so that reports agree on every machine.
+add_compile_options(-ffp-contract=off)
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+    add_link_options(-Wl,-z,relro,-z,now)
+    include(CheckIPOSupported)
+    check_ipo_supported(RESULT ipo_supported LANGUAGES CXX OUTPUT ipo_output)
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ${ipo_supported})
+endif()
+
+# What ships neither throws nor needs type information; tests are built with the compiler's defaults.
+add_library(shipped_code INTERFACE)
+target_compile_options(shipped_code INTERFACE -fno-exceptions -fno-rtti)

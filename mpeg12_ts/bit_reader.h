@@ -1,0 +1,65 @@
+// Sequential reads by width from a byte range. Past its fence the range reads as endless zeros, and the
+// position counts on: nothing is ever read from memory outside the range, and a structure that lies about its
+// length can still be measured by how far it got.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+class bit_reader {
+public:
+    /// Reads [first, fence); a fence below first is an empty range.
+    bit_reader(const uint8_t *first, const uint8_t *fence)
+        : start(first), size(fence > first ? static_cast<size_t>(fence - first) : 0)
+    {
+    }
+
+    /// The next width bits (1 to 32), most significant first.
+    unsigned bits(unsigned width) { return static_cast<unsigned>(bits64(width)); }
+
+    /// The next width bits (1 to 56), most significant first.
+    unsigned long long bits64(unsigned width)
+    {
+        const size_t end = position_in_bits + width;
+        const size_t fence_byte = (end + 7) / 8;
+        unsigned long long value = 0;
+        for (size_t i = position_in_bits / 8; i < fence_byte; ++i) value = (value << 8) | byte_at(i);
+        position_in_bits = end;
+        return (value >> (8 * fence_byte - end)) & ((1ull << width) - 1);
+    }
+
+    /// The next capacity - 1 bytes (a fixed code, such as a language) as zero-terminated text.
+    template <size_t capacity>
+    void text(char (&buffer)[capacity])
+    {
+        text(buffer, capacity - 1);
+    }
+
+    /// The next length bytes as zero-terminated text; the buffer holds at least length + 1 bytes.
+    void text(char *buffer, size_t length)
+    {
+        for (size_t i = 0; i < length; ++i) buffer[i] = static_cast<char>(bits(8));
+        buffer[length] = '\0';
+    }
+
+    void skip(size_t bytes) { position_in_bits += 8 * bytes; }
+
+    /// True when this many whole bytes are left before the fence.
+    bool has(size_t bytes) const { return bytes <= bytes_left(); }
+
+    /// Whole bytes left before the fence.
+    size_t bytes_left() const { return bytes_read() < size ? size - bytes_read() : 0; }
+
+    /// Bytes touched so far, those past the fence included.
+    size_t bytes_read() const { return (position_in_bits + 7) / 8; }
+
+    /// The next byte not yet touched, or the fence when all are.
+    const uint8_t *position() const { return start + (bytes_read() < size ? bytes_read() : size); }
+
+private:
+    uint8_t byte_at(size_t i) const { return i < size ? start[i] : uint8_t{0}; }
+
+    const uint8_t *start;
+    size_t size;
+    size_t position_in_bits = 0;
+};
