@@ -1,0 +1,64 @@
+#include "mpeg_ts_analysis/report/fixed_point.h"
+
+#include <bit>
+#include <charconv>
+#include <cstdint>
+
+namespace {
+
+__extension__ using uint128 = unsigned __int128;
+
+constexpr unsigned long long powers_of_ten[] = {1,      10,      100,      1000,      10000,
+                                                100000, 1000000, 10000000, 100000000, 1000000000};
+constexpr unsigned mantissa_bits = 52;
+constexpr unsigned exponent_bias = 1023;
+constexpr unsigned longest = 330;
+
+char *put_decimal(char *w, unsigned long long number, unsigned least_digits)
+{
+    char place[24];
+    char *p = place + sizeof(place);
+    char *const end = p;
+
+    for (; number != 0 || end - p < static_cast<long>(least_digits); number /= 10)
+        *--p = static_cast<char>('0' + number % 10);
+    while (p < end) *w++ = *p++;
+    return w;
+}
+
+} // namespace
+
+char *put_fixed_point(char *w, double value, unsigned precision)
+{
+    const auto bits = std::bit_cast<uint64_t>(value);
+    const unsigned exponent = static_cast<unsigned>(bits >> mantissa_bits) & 0x7FF;
+    const uint64_t fraction = bits & ((uint64_t{1} << mantissa_bits) - 1);
+
+    // The value is mantissa / 2^shift. For shifts of 0 to 63 its product with the power of ten is exact in
+    // 128 bits; for those above 63 and up to 118 it is too, and the quotient still fits. Anything else is
+    // rare: zero, huge, tiny.
+    const unsigned shift = exponent_bias + mantissa_bits - exponent;
+    if (exponent == 0 ? fraction != 0 : exponent > exponent_bias + mantissa_bits || shift > 118)
+        return std::to_chars(w, w + longest, value, std::chars_format::fixed, static_cast<int>(precision))
+            .ptr;
+
+    unsigned long long scaled = 0;
+    if (exponent != 0) {
+        const uint128 product =
+            static_cast<uint128>(fraction | (uint64_t{1} << mantissa_bits)) * powers_of_ten[precision];
+        const uint128 quotient = product >> shift;
+        const uint128 remainder = product - (quotient << shift);
+        const uint128 half = (static_cast<uint128>(1) << shift) >> 1;
+        if (quotient > UINT64_MAX - 1)
+            return std::to_chars(w, w + longest, value, std::chars_format::fixed, static_cast<int>(precision))
+                .ptr;
+        scaled = static_cast<unsigned long long>(quotient);
+        if (remainder > half || (remainder == half && remainder != 0 && (scaled & 1) != 0)) ++scaled;
+    }
+
+    if (bits >> 63 != 0) *w++ = '-';
+    w = put_decimal(w, scaled / powers_of_ten[precision], 1);
+    if (precision == 0) return w;
+    *w++ = '.';
+    return put_decimal(w, scaled % powers_of_ten[precision], precision);
+}

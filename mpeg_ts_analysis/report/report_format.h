@@ -1,0 +1,164 @@
+// printf formats that are taken apart and checked against their arguments when the program is compiled. At
+// run time what is left is a list of pieces: some constant text, then one conversion.
+//
+// Conversions: %u %d %x %X (32 bits), %llu %lld %llx (64 bits), %s, %c, %p and %.Nf with N up to 9; with a
+// width, "0" and "-" as the C library has them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+enum class report_conversion : uint8_t {
+    none, ///< only the constant text
+    unsigned_decimal,
+    signed_decimal,
+    hexadecimal,
+    upper_hexadecimal,
+    text,
+    character,
+    pointer,
+    fixed_point
+};
+
+struct report_piece {
+    uint16_t literal_start = 0;  ///< offset of the constant text in the format
+    uint16_t literal_length = 0; ///< bytes of constant text before the conversion
+    report_conversion conversion = report_conversion::none;
+    uint8_t width = 0;     ///< least number of characters
+    uint8_t precision = 6; ///< digits behind the point of %f
+    bool zero_padded = false;
+    bool left_aligned = false;
+};
+
+union report_argument {
+    unsigned long long number;
+    double real;
+    const void *pointer;
+};
+
+/// What a format may do with an argument of type T.
+template <typename T>
+constexpr bool report_accepts(report_conversion conversion, bool is_long)
+{
+    switch (conversion) {
+    case report_conversion::unsigned_decimal:
+    case report_conversion::signed_decimal:
+    case report_conversion::hexadecimal:
+    case report_conversion::upper_hexadecimal:
+        return std::is_integral_v<T> && (is_long ? sizeof(T) == 8 : sizeof(T) <= 4);
+    case report_conversion::character:
+        return std::is_integral_v<T> && sizeof(T) <= 4 && !is_long;
+    case report_conversion::text:
+        return std::is_same_v<T, const char *> || std::is_same_v<T, char *>;
+    case report_conversion::pointer:
+        return std::is_pointer_v<T>;
+    case report_conversion::fixed_point:
+        return std::is_same_v<T, double>;
+    case report_conversion::none:
+        break;
+    }
+    return false;
+}
+
+/// Not constexpr on purpose: a format that reaches it does not compile, and the compiler shows the reason.
+inline void report_format_error(const char * /*reason*/) {}
+
+template <typename... arguments>
+class report_format {
+public:
+    template <size_t size>
+    consteval report_format(const char (&literal)[size]) : text(literal)
+    {
+        const bool accepted = (take_conversion<arguments>() && ...);
+        if (!accepted) report_format_error("a conversion does not suit its argument, or is missing");
+        take_literal();
+        if (text[at] != '\0') report_format_error("a conversion has no argument");
+        static_assert(size <= UINT16_MAX);
+    }
+
+    const char *text;
+    report_piece pieces[sizeof...(arguments) + 1];
+
+private:
+    consteval void take_literal()
+    {
+        piece().literal_start = static_cast<uint16_t>(at);
+        while (text[at] != '\0' && text[at] != '%') ++at;
+        piece().literal_length = static_cast<uint16_t>(at - piece().literal_start);
+    }
+
+    template <typename argument>
+    consteval bool take_conversion()
+    {
+        take_literal();
+        if (text[at++] != '%') return false;
+        for (; text[at] == '0' || text[at] == '-'; ++at) {
+            if (text[at] == '0') piece().zero_padded = true;
+            if (text[at] == '-') piece().left_aligned = true;
+        }
+        piece().width = take_number();
+        if (text[at] == '.') {
+            ++at;
+            piece().precision = take_number();
+        }
+        const bool is_long = text[at] == 'l' && text[at + 1] == 'l';
+        if (is_long) at += 2;
+        piece().conversion = conversion_of(text[at++]);
+        return report_accepts<argument>(pieces[index++].conversion, is_long);
+    }
+
+    consteval uint8_t take_number()
+    {
+        unsigned number = 0;
+        for (; text[at] >= '0' && text[at] <= '9'; ++at)
+            number = 10 * number + static_cast<unsigned>(text[at] - '0');
+        return static_cast<uint8_t>(number);
+    }
+
+    static consteval report_conversion conversion_of(char letter)
+    {
+        switch (letter) {
+        case 'u':
+            return report_conversion::unsigned_decimal;
+        case 'd':
+            return report_conversion::signed_decimal;
+        case 'x':
+            return report_conversion::hexadecimal;
+        case 'X':
+            return report_conversion::upper_hexadecimal;
+        case 's':
+            return report_conversion::text;
+        case 'c':
+            return report_conversion::character;
+        case 'p':
+            return report_conversion::pointer;
+        case 'f':
+            return report_conversion::fixed_point;
+        default:
+            return report_conversion::none;
+        }
+    }
+
+    consteval report_piece &piece() { return pieces[index]; }
+
+    size_t at = 0;
+    size_t index = 0;
+};
+
+/// An argument as the writer takes it: numbers of 32 bits or less as the C library's conversions would read
+/// them.
+template <typename T>
+report_argument report_argument_of(T value)
+{
+    report_argument argument;
+    if constexpr (std::is_pointer_v<T>)
+        argument.pointer = value;
+    else if constexpr (std::is_floating_point_v<T>)
+        argument.real = value;
+    else if constexpr (sizeof(T) == 8)
+        argument.number = static_cast<unsigned long long>(value);
+    else
+        argument.number = static_cast<unsigned>(value);
+    return argument;
+}
