@@ -1,0 +1,49 @@
+#include "mpeg_ts_analysis/tables/stream_type.h"
+
+#include "mpeg_ts_analysis/report/names.h"
+#include "mpeg_ts_analysis/state/process_state.h"
+
+namespace {
+
+constexpr named_value stream_type_names[] = {
+    {0x00, "ITU-T ISO/IEC Reserved"                                                                    },
+    {0x01, "ISO/IEC 11172-2 Video (MPEG-1)"                                                            },
+    {0x02, "ISO/IEC 13818-2 Video (MPEG-2)"                                                            },
+    {0x03, "ISO/IEC 11172-3 Audio (MPEG)"                                                              },
+    {0x04, "ISO/IEC 13818-3 Audio (MPEG)"                                                              },
+    {0x05, "ISO/IEC 13818-1 private_section"                                                           },
+    {0x06, "ISO/IEC 13818-1 PES packets containing private data"                                       },
+    {0x07, "ISO/IEC 13522 MHEG"                                                                        },
+    {0x08, "ISO/IEC 13818-1 Annex A DSM CC"                                                            },
+    {0x09, "ITU-T Rec. H.222.1"                                                                        },
+    {0x0A, "ISO/IEC 13818-6 type A"                                                                    },
+    {0x0B, "ISO/IEC 13818-6 type B"                                                                    },
+    {0x0C, "ISO/IEC 13818-6 type C"                                                                    },
+    {0x0D, "ISO/IEC 13818-6 type D"                                                                    },
+    {0x0E, "ISO/IEC 13818-1 auxiliary"                                                                 },
+    {0x0F, "ISO/IEC 13818-7 Audio with ADTS transport syntax"                                          },
+    {0x10, "ISO/IEC 14496-2 Visual"                                                                    },
+    {0x11, "ISO/IEC 14496-3 Audio with the LATM transport syntax as defined in ISO/IEC 14496-3 / AMD 1"},
+    {0x12, "ISO/IEC 14496-1 SL-packetized stream or FlexMux stream carried in PES packets"             },
+    {0x13, "ISO/IEC 14496-1 SL-packetized stream or FlexMux stream carried in ISO/IEC14496_sections"   },
+    {0x14, "ISO/IEC 13818-6 Synchronized Download Protocol"                                            },
+    {0x1B, "ITU-T Rec. H.264"                                                                          },
+    {0x21, "ISO/IEC 15444-1 (JPEG 2000)"                                                               },
+    {0x24, "ITU-T Rec. H.265"                                                                          },
+};
+static_assert(is_ascending(stream_type_names));
+
+constexpr named_value atsc_stream_type_names[] = {
+    {0x81, "Dolby Digital AC-3"},
+    {0x86, "SCTE-35"           },
+};
+static_assert(is_ascending(atsc_stream_type_names));
+
+} // namespace
+
+const char *stream_type_name(unsigned stream_type)
+{
+    const char *const atsc_name =
+        settings.atsc_mode != 0 ? name_of(atsc_stream_type_names, stream_type, "?") : "?";
+    return name_of(stream_type_names, stream_type, atsc_name);
+}
