@@ -1,0 +1,2 @@
+add_tests_of(descriptors
+    iso_13818_1_test.cpp)
