@@ -1,6 +1,8 @@
 // The report's one buffer, for the files of this folder that put bytes into it. Everybody else uses report.h.
 #pragma once
 
+#include "mpeg_ts_analysis/report/report.h"
+
 #include <cstddef>
 
 /// What may be asked of report_room at once, bytes.
@@ -11,8 +13,6 @@ extern char report_bytes[report_buffer_size];
 
 /// One past the last byte held.
 extern char *report_write;
-
-void report_flush();
 
 /// A place for at least report_room_limit more bytes. The caller hands back where it stopped to report_put.
 inline char *report_room()

@@ -81,7 +81,7 @@ public:
     report_piece pieces[sizeof...(arguments) + 1];
 
 private:
-    consteval void take_literal()
+    constexpr void take_literal()
     {
         piece().literal_start = static_cast<uint16_t>(at);
         while (text[at] != '\0' && text[at] != '%') ++at;
@@ -89,7 +89,7 @@ private:
     }
 
     template <typename argument>
-    consteval bool take_conversion()
+    constexpr bool take_conversion()
     {
         take_literal();
         if (text[at++] != '%') return false;
@@ -108,7 +108,7 @@ private:
         return report_accepts<argument>(pieces[index++].conversion, is_long);
     }
 
-    consteval uint8_t take_number()
+    constexpr uint8_t take_number()
     {
         unsigned number = 0;
         for (; text[at] >= '0' && text[at] <= '9'; ++at)
@@ -116,7 +116,7 @@ private:
         return static_cast<uint8_t>(number);
     }
 
-    static consteval report_conversion conversion_of(char letter)
+    static constexpr report_conversion conversion_of(char letter)
     {
         switch (letter) {
         case 'u':
@@ -140,7 +140,7 @@ private:
         }
     }
 
-    consteval report_piece &piece() { return pieces[index]; }
+    constexpr report_piece &piece() { return pieces[index]; }
 
     size_t at = 0;
     size_t index = 0;

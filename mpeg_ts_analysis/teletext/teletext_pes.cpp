@@ -9,10 +9,9 @@
 namespace {
 
 constexpr uint32_t private_stream_1_start_code = 0x000001BD;
-constexpr unsigned packet_length_fence = 6; ///< bytes up to and with PES_packet_length
-constexpr unsigned header_data_offset = 9;
-constexpr unsigned teletext_header_data_length =
-    0x24; ///< makes the PES header the 45 bytes that are prescribed
+constexpr long packet_length_fence = 6; ///< bytes up to and with PES_packet_length
+constexpr long header_data_offset = 9;
+constexpr long teletext_header_data_length = 0x24; ///< makes the PES header the 45 bytes that are prescribed
 
 constexpr named_value data_unit_names[] = {
     {0x02, "EBU Teletext non-subtitle data"},
@@ -64,15 +63,15 @@ void on_teletext_packet(const mpeg_ts_pid_tracking *, const mpeg_ts_packet *pack
         report_line("!!! Unusual PES start code for teletext");
         return;
     }
-    const unsigned PES_packet_length = big_endian_16(payload + 4);
+    const long PES_packet_length = big_endian_16(payload + 4);
     if (PES_packet_length <= 4) return;
-    if (packet->fence - payload < static_cast<long>(packet_length_fence + PES_packet_length)) {
+    if (packet->fence - payload < packet_length_fence + PES_packet_length) {
         report_line("!!! PES packet extends past fence");
         return;
     }
     const uint8_t *const end = payload + packet_length_fence + PES_packet_length;
-    const unsigned PES_header_data_length = payload[8];
-    if (end - payload < static_cast<long>(header_data_offset + PES_header_data_length)) {
+    const long PES_header_data_length = payload[8];
+    if (end - payload < header_data_offset + PES_header_data_length) {
         report_line("!!! PES header longer than packet");
         return;
     }
