@@ -99,8 +99,14 @@ void scan(packet_file *file)
     const unsigned packet_size = settings.packet_size;
     mpeg_ts_packet packet;
 
-    while (const unsigned char *const p = packet_file_next(file, packet_size))
+    const bool with_dump = settings.dump_ts_mode != dump_ts_off;
+
+    for (;;) {
+        if (!with_dump) file->next = p1_continuity_skip_uneventful(file->next, file->fence, packet_size);
+        const unsigned char *const p = packet_file_next(file, packet_size);
+        if (p == nullptr) break;
         if (mpeg_ts_decode(&packet, p, packet_size)) on_packet(&packet, packet_file_offset(file, p));
+    }
 }
 
 void print_summary()

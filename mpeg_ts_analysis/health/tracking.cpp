@@ -3,7 +3,9 @@
 #include "mpeg_ts_analysis/report/invariant.h"
 #include "mpeg_ts_analysis/state/process_state.h"
 
+#include <bit>
 #include <cstddef>
+#include <iterator>
 
 namespace {
 
@@ -11,8 +13,14 @@ constexpr uint16_t pat_pid = 0x0000;
 constexpr uint16_t sdt_pid = 0x0011;
 constexpr uint16_t eit_pid = 0x0012;
 constexpr uint16_t atsc_base_pid = 0x1FFB;
-constexpr uint16_t first_pmt_pid = 0x0010;
-constexpr uint16_t last_pmt_pid = 0x1FFE;
+constexpr unsigned first_pmt_pid = 0x0010;
+constexpr unsigned last_pmt_pid = 0x1FFE;
+
+void note_pmt(uint16_t pid, bool is_pmt)
+{
+    const uint64_t bit = uint64_t{1} << (pid % 64);
+    tracked_pmts[pid / 64] = is_pmt ? tracked_pmts[pid / 64] | bit : tracked_pmts[pid / 64] & ~bit;
+}
 
 void start_fixed(uint16_t pid, uint16_t type, unsigned long storage)
 {
@@ -50,6 +58,7 @@ mpeg_ts_pid_tracking *mpeg_ts_pid_tracking_start(uint16_t pid, uint16_t type, ui
     t->program_number = program_number;
     t->last_version = no_last_version;
     t->type = type;
+    note_pmt(pid, type == TRACK_PMT);
     return t;
 }
 
@@ -58,12 +67,18 @@ void mpeg_ts_pid_tracking_stop(uint16_t pid)
     if (pid >= mpeg_ts_pid_count) return;
     mpeg_ts_table_assembly_init(&pid_tracking[pid].tbl_asm, 0);
     pid_tracking[pid] = mpeg_ts_pid_tracking{};
+    note_pmt(pid, false);
 }
 
 void mpeg_ts_pid_tracking_stop_pmts()
 {
-    for (uint16_t pid = first_pmt_pid; pid <= last_pmt_pid; ++pid)
-        if (pid_tracking[pid].type == TRACK_PMT) mpeg_ts_pid_tracking_stop(pid);
+    for (unsigned word = 0; word < std::size(tracked_pmts); ++word) {
+        for (uint64_t pmts = tracked_pmts[word]; pmts != 0; pmts &= pmts - 1) {
+            const unsigned pid = 64 * word + static_cast<unsigned>(std::countr_zero(pmts));
+            if (pid >= first_pmt_pid && pid <= last_pmt_pid)
+                mpeg_ts_pid_tracking_stop(static_cast<uint16_t>(pid));
+        }
+    }
 }
 
 void mpeg_ts_pid_tracking_free_all()

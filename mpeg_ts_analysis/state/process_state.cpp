@@ -6,6 +6,7 @@
 analysis_settings settings;
 error_counters errors;
 mpeg_ts_pid_tracking pid_tracking[mpeg_ts_pid_count];
+uint64_t tracked_pmts[mpeg_ts_pid_count / 64];
 uint8_t last_continuity_counter[mpeg_ts_pid_count];
 program_clock *program_table[program_count];
 uint16_t current_nit_pid = default_nit_pid;
@@ -19,6 +20,7 @@ void process_state_reset()
         mpeg_ts_table_assembly_init(&t.tbl_asm, 0);
         t = mpeg_ts_pid_tracking{};
     }
+    std::fill(std::begin(tracked_pmts), std::end(tracked_pmts), uint64_t{0});
     std::fill(std::begin(last_continuity_counter), std::end(last_continuity_counter), no_continuity_counter);
     for (program_clock *&clock : program_table) {
         delete clock;
