@@ -1,4 +1,7 @@
 add_tests_of(descriptors
+    dvb_event_content_test.cpp
+    dvb_event_extended_test.cpp
+    dvb_event_test.cpp
     dvb_network_delivery_test.cpp
     dvb_network_service_test.cpp
     dvb_network_test.cpp
