@@ -1,4 +1,7 @@
 add_tests_of(descriptors
+    descriptor_loop_context_test.cpp
+    descriptor_loop_sweep_test.cpp
+    descriptor_loop_test.cpp
     dvb_event_content_test.cpp
     dvb_event_extended_test.cpp
     dvb_event_test.cpp
