@@ -2,6 +2,7 @@
 
 #include "mpeg_ts_analysis/driver/pes_dump.h"
 #include "mpeg_ts_analysis/health/tracking.h"
+#include "mpeg_ts_analysis/report/direct_line.h"
 #include "mpeg_ts_analysis/report/hex_dump.h"
 #include "mpeg_ts_analysis/report/invariant.h"
 #include "mpeg_ts_analysis/report/report.h"
@@ -13,29 +14,41 @@ namespace {
 
 constexpr double ticks_per_second = 27000000.0;
 
+/// Printed for every packet of a dump, so its numbers are put down directly. As a format it begins
+/// "@%-8llu (t=%.7f) TS PACKET: PID=0x%04x CONT=%-2u ERR=%u PRI=%u SCRAM=%u".
 void print_header_line(const mpeg_ts_packet &tsp, unsigned long long offset, double t)
 {
-    report_printf("@%-8llu (t=%.7f) TS PACKET: PID=0x%04x CONT=%-2u ERR=%u PRI=%u SCRAM=%u", offset, t,
-                  tsp.pid, tsp.continuity_counter, tsp.transport_error_indicator, tsp.transport_priority,
-                  tsp.transport_scrambling_control);
+    direct_line line;
+
+    line.text("@").decimal_left_aligned(offset, 8);
+    line.text(" (t=").fixed_point(t, 7);
+    line.text(") TS PACKET: PID=0x").hexadecimal(tsp.pid, 4);
+    line.text(" CONT=").decimal_left_aligned(tsp.continuity_counter, 2);
+    line.text(" ERR=").digit(tsp.transport_error_indicator);
+    line.text(" PRI=").digit(tsp.transport_priority);
+    line.text(" SCRAM=").digit(tsp.transport_scrambling_control);
     if (tsp.adaptation_field_control & 2) {
         invariant(tsp.adaptation_field != NULL);
         const auto adaptation_size = static_cast<unsigned>(tsp.adaptation_field_fence - tsp.adaptation_field);
         const auto payload_size =
             static_cast<unsigned>(tsp.packet + settings.packet_size - tsp.adaptation_field_fence);
         if (tsp.adaptation_field_control == 2)
-            report_printf(" AFC=ADAPTATION[%03u    ] 0x%02x", adaptation_size, tsp.adaptation_field[0]);
+            line.text(" AFC=ADAPTATION[").decimal(adaptation_size, 3).text("    ] 0x");
         else
-            report_printf(" AFC=ADAPT+PAYL[%03u+%03u] 0x%02x", adaptation_size, payload_size,
-                          tsp.adaptation_field[0]);
+            line.text(" AFC=ADAPT+PAYL[")
+                .decimal(adaptation_size, 3)
+                .text("+")
+                .decimal(payload_size, 3)
+                .text("] 0x");
+        line.hexadecimal(tsp.adaptation_field[0], 2);
     } else if (tsp.adaptation_field_control == 1) {
-        report_printf(" AFC=PAYLOAD                 ");
+        line.text(" AFC=PAYLOAD                 ");
     } else {
-        report_printf(" AFC=ILLEGAL                 ");
+        line.text(" AFC=ILLEGAL                 ");
     }
-    if (tsp.payload_unit_start_indicator) report_printf(" UNIT_START");
-    if (tsp.arrival_time != 0) report_printf(" TIME=%u ", tsp.arrival_time);
-    report_printf("\n");
+    if (tsp.payload_unit_start_indicator) line.text(" UNIT_START");
+    if (tsp.arrival_time != 0) line.text(" TIME=").decimal(tsp.arrival_time, 1).text(" ");
+    line.text("\n");
 }
 
 void report_illegal_adaptation_field_control()

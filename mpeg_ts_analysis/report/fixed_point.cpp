@@ -1,5 +1,7 @@
 #include "mpeg_ts_analysis/report/fixed_point.h"
 
+#include "mpeg_ts_analysis/report/put_number.h"
+
 #include <bit>
 #include <charconv>
 #include <cstdint>
@@ -13,18 +15,6 @@ constexpr unsigned long long powers_of_ten[] = {1,      10,      100,      1000,
 constexpr unsigned mantissa_bits = 52;
 constexpr unsigned exponent_bias = 1023;
 constexpr unsigned longest = 330;
-
-char *put_decimal(char *w, unsigned long long number, unsigned least_digits)
-{
-    char place[24];
-    char *p = place + sizeof(place);
-    char *const end = p;
-
-    for (; number != 0 || end - p < static_cast<long>(least_digits); number /= 10)
-        *--p = static_cast<char>('0' + number % 10);
-    while (p < end) *w++ = *p++;
-    return w;
-}
 
 } // namespace
 
@@ -57,8 +47,8 @@ char *put_fixed_point(char *w, double value, unsigned precision)
     }
 
     if (bits >> 63 != 0) *w++ = '-';
-    w = put_decimal(w, scaled / powers_of_ten[precision], 1);
+    w = put_decimal(w, scaled / powers_of_ten[precision]);
     if (precision == 0) return w;
     *w++ = '.';
-    return put_decimal(w, scaled % powers_of_ten[precision], precision);
+    return put_decimal_digits(w, scaled % powers_of_ten[precision], precision);
 }

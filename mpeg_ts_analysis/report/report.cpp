@@ -1,6 +1,7 @@
 #include "mpeg_ts_analysis/report/report.h"
 
 #include "mpeg_ts_analysis/report/fixed_point.h"
+#include "mpeg_ts_analysis/report/put_number.h"
 #include "mpeg_ts_analysis/report/report_buffer.h"
 
 #include <cerrno>
@@ -15,9 +16,6 @@ char *report_write = report_bytes;
 namespace {
 
 std::string *diverted_to = nullptr;
-
-constexpr char lower_digits[] = "0123456789abcdef";
-constexpr char upper_digits[] = "0123456789ABCDEF";
 
 [[noreturn]] void stop_unwritable(int error)
 {
@@ -53,76 +51,56 @@ void put_bytes(const char *bytes, size_t length)
     report_put(report_write + length);
 }
 
-/// Digits of a number, right-aligned at the end of a place of 24 bytes.
-struct digits {
-    char place[24];
-    char *start = place + sizeof(place);
-
-    void put_decimal(unsigned long long number)
-    {
-        do *--start = static_cast<char>('0' + number % 10);
-        while ((number /= 10) != 0);
-    }
-
-    void put_hexadecimal(unsigned long long number, const char *digit_names)
-    {
-        do *--start = digit_names[number & 0xF];
-        while ((number >>= 4) != 0);
-    }
-
-    size_t length() const { return static_cast<size_t>(place + sizeof(place) - start); }
-};
-
-/// Puts a converted value in its field: the sign and "0x" stand before zeros and behind blanks.
-char *put_field(char *w, const report_piece &piece, const char *prefix, size_t prefix_length,
-                const char *body, size_t body_length)
+/// Puts a number of count digits (in decimal or by the digits given) in its field: a sign or "0x" stands
+/// before zeros and behind blanks.
+char *put_in_field(char *w, const report_piece &piece, const char *prefix, unsigned long long number,
+                   unsigned count, const char *hex_digit_names)
 {
-    const size_t length = prefix_length + body_length;
+    const size_t prefix_length = std::strlen(prefix);
+    const size_t length = prefix_length + count;
     const size_t padding = piece.width > length ? piece.width - length : 0;
-    const bool zeros = piece.zero_padded && !piece.left_aligned;
 
-    if (!zeros && !piece.left_aligned)
-        for (size_t i = 0; i < padding; ++i) *w++ = ' ';
-    for (size_t i = 0; i < prefix_length; ++i) *w++ = prefix[i];
-    if (zeros)
-        for (size_t i = 0; i < padding; ++i) *w++ = '0';
-    for (size_t i = 0; i < body_length; ++i) *w++ = body[i];
-    if (piece.left_aligned)
-        for (size_t i = 0; i < padding; ++i) *w++ = ' ';
+    if (padding > 0 && !piece.left_aligned && !piece.zero_padded) {
+        std::memset(w, ' ', padding);
+        w += padding;
+    }
+    std::memcpy(w, prefix, prefix_length);
+    w += prefix_length;
+    if (piece.zero_padded && !piece.left_aligned) count += static_cast<unsigned>(padding);
+    w = hex_digit_names != nullptr ? put_hex_digits(w, number, count, hex_digit_names)
+                                   : put_decimal_digits(w, number, count);
+    if (padding > 0 && piece.left_aligned) {
+        std::memset(w, ' ', padding);
+        w += padding;
+    }
     return w;
 }
 
-char *put_number(char *w, const report_piece &piece, unsigned long long number)
+char *put_number(char *w, const report_piece &piece, const report_argument &argument)
 {
-    digits text;
-    const char *prefix = "";
-    size_t prefix_length = 0;
+    const unsigned long long number = argument.number;
 
     switch (piece.conversion) {
     case report_conversion::hexadecimal:
-        text.put_hexadecimal(number, lower_digits);
-        break;
+        return put_in_field(w, piece, "", number, hex_digits(number), lower_hex_digits);
     case report_conversion::upper_hexadecimal:
-        text.put_hexadecimal(number, upper_digits);
-        break;
-    case report_conversion::pointer:
-        prefix = "0x";
-        prefix_length = 2;
-        text.put_hexadecimal(number, lower_digits);
-        break;
+        return put_in_field(w, piece, "", number, hex_digits(number), upper_hex_digits);
     case report_conversion::signed_decimal:
-        if (static_cast<long long>(number) < 0) {
-            prefix = "-";
-            prefix_length = 1;
-            number = 0 - number;
-        }
-        text.put_decimal(number);
-        break;
-    default:
-        text.put_decimal(number);
-        break;
+        if (static_cast<long long>(number) < 0)
+            return put_in_field(w, piece, "-", 0 - number, decimal_digits(0 - number), nullptr);
+        return put_in_field(w, piece, "", number, decimal_digits(number), nullptr);
+    case report_conversion::pointer: {
+        const auto address = reinterpret_cast<uintptr_t>(argument.pointer);
+        return put_in_field(w, piece, "0x", address, hex_digits(address), lower_hex_digits);
     }
-    return put_field(w, piece, prefix, prefix_length, text.start, text.length());
+    case report_conversion::fixed_point:
+        return put_fixed_point(w, argument.real, piece.precision);
+    case report_conversion::character:
+        *w = static_cast<char>(number);
+        return w + 1;
+    default:
+        return put_in_field(w, piece, "", number, decimal_digits(number), nullptr);
+    }
 }
 
 } // namespace
@@ -132,29 +110,15 @@ void report_pieces(const char *text, const report_piece *pieces, size_t piece_co
 {
     for (size_t i = 0; i < piece_count; ++i) {
         const report_piece &piece = pieces[i];
-        put_bytes(text + piece.literal_start, piece.literal_length);
-        char *const w = report_room();
-        switch (piece.conversion) {
-        case report_conversion::none:
-            break;
-        case report_conversion::text: {
+        char *w = report_room();
+        std::memcpy(w, text + piece.literal_start, piece.literal_length);
+        w += piece.literal_length;
+        if (piece.conversion == report_conversion::text) {
+            report_put(w);
             const char *const string = static_cast<const char *>(arguments[i].pointer);
             put_bytes(string, std::strlen(string));
-            break;
-        }
-        case report_conversion::character:
-            *w = static_cast<char>(arguments[i].number);
-            report_put(w + 1);
-            break;
-        case report_conversion::fixed_point:
-            report_put(put_fixed_point(w, arguments[i].real, piece.precision));
-            break;
-        case report_conversion::pointer:
-            report_put(put_number(w, piece, reinterpret_cast<uintptr_t>(arguments[i].pointer)));
-            break;
-        default:
-            report_put(put_number(w, piece, arguments[i].number));
-            break;
+        } else {
+            report_put(piece.conversion == report_conversion::none ? w : put_number(w, piece, arguments[i]));
         }
     }
 }

@@ -21,6 +21,9 @@ enum class report_conversion : uint8_t {
     fixed_point
 };
 
+/// Longest format, bytes with its zero: its constant text and a number fit in what the buffer gives at once.
+constexpr size_t report_format_limit = 512;
+
 struct report_piece {
     uint16_t literal_start = 0;  ///< offset of the constant text in the format
     uint16_t literal_length = 0; ///< bytes of constant text before the conversion
@@ -74,7 +77,7 @@ public:
         if (!accepted) report_format_error("a conversion does not suit its argument, or is missing");
         take_literal();
         if (text[at] != '\0') report_format_error("a conversion has no argument");
-        static_assert(size <= UINT16_MAX);
+        static_assert(size <= report_format_limit);
     }
 
     const char *text;
