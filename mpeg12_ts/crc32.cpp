@@ -28,9 +28,8 @@ constexpr crc_tables tables = make_tables();
 
 } // namespace
 
-uint32_t mpeg_ts_crc32(const uint8_t *start, const uint8_t *fence)
+uint32_t mpeg_ts_crc32_by_tables(uint32_t crc, const uint8_t *start, const uint8_t *fence)
 {
-    uint32_t crc = 0xFFFFFFFF;
     const uint8_t *p = start;
 
     for (; fence - p >= 8; p += 8) {
@@ -42,4 +41,13 @@ uint32_t mpeg_ts_crc32(const uint8_t *start, const uint8_t *fence)
     }
     for (; p < fence; ++p) crc = (crc << 8) ^ tables[0][(crc >> 24) ^ *p];
     return crc;
+}
+
+uint32_t mpeg_ts_crc32(const uint8_t *start, const uint8_t *fence)
+{
+    constexpr uint32_t initial = 0xFFFFFFFF;
+    static const bool can_fold = mpeg_ts_crc32_can_fold();
+
+    return can_fold ? mpeg_ts_crc32_by_folding(initial, start, fence)
+                    : mpeg_ts_crc32_by_tables(initial, start, fence);
 }
