@@ -1,4 +1,5 @@
 #include "mpeg_ts_analysis/driver/command_line.h"
+#include "mpeg_ts_analysis/driver/interrupt.h"
 #include "mpeg_ts_analysis/driver/run_analysis.h"
 #include "mpeg_ts_analysis/state/process_state.h"
 
@@ -9,6 +10,7 @@ int main(int argc, char **argv)
     process_state_reset();
     settings.colour_output = isatty(STDOUT_FILENO) != 0 || isatty(STDERR_FILENO) != 0;
 
+    interrupt_catch();
     const char *const path = parse_command_line(argc, argv);
     return path != nullptr ? run_analysis(path) : 1;
 }

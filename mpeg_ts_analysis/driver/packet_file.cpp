@@ -1,5 +1,6 @@
 #include "mpeg_ts_analysis/driver/packet_file.h"
 
+#include "mpeg_ts_analysis/driver/interrupt.h"
 #include "mpeg_ts_analysis/report/report.h"
 
 #include <algorithm>
@@ -27,7 +28,9 @@ void forget_block(packet_file *file)
 bool read_block(packet_file *file)
 {
     if (file->at_end) return false;
+    interrupt_stop_if_noted();
     if (file->flushes_report) report_flush();
+    if (file->progress != nullptr) progress_show(file->progress, file->fence_offset);
 
     const auto left = static_cast<size_t>(file->fence - file->next);
     unsigned char *const start = block_of(file) - left;
@@ -36,8 +39,8 @@ bool read_block(packet_file *file)
     file->fence = block_of(file);
 
     ssize_t size = 0;
-    do size = read(file->descriptor, block_of(file), file->block_size);
-    while (size < 0 && errno == EINTR);
+    while ((size = read(file->descriptor, block_of(file), file->block_size)) < 0 && errno == EINTR)
+        interrupt_stop_if_noted();
     if (size <= 0) {
         if (size < 0) file->error = errno;
         file->at_end = true;
@@ -57,6 +60,7 @@ bool packet_file_open(packet_file *file, const char *path)
     file->descriptor = open(path, O_RDONLY | O_CLOEXEC);
     if (file->descriptor < 0) return false;
     const bool regular = fstat(file->descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    file->size = regular ? static_cast<unsigned long long>(status.st_size) : 0;
     file->flushes_report = !regular || isatty(STDOUT_FILENO) != 0;
     forget_block(file);
     return true;

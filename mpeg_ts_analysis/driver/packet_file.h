@@ -1,6 +1,8 @@
 // The input: read in large blocks, handed out packet by packet where the bytes lie, offsets counted.
 #pragma once
 
+#include "mpeg_ts_analysis/driver/progress.h"
+
 #include <cstddef>
 
 constexpr size_t packet_file_block_size = size_t{256} * 1024;
@@ -11,6 +13,8 @@ struct packet_file {
     int descriptor = -1;
     size_t block_size = packet_file_block_size; ///< bytes asked of one read, at most packet_file_block_size
     bool flushes_report = false;                ///< the report goes out before each read
+    scan_progress *progress = nullptr;          ///< told before each read, or null
+    unsigned long long size = 0; ///< bytes of a regular file when it was opened, 0 for any other input
     bool at_end = false;
     int error = 0; ///< errno of the read that failed, 0 when none did
     const unsigned char *next = nullptr;

@@ -143,7 +143,11 @@ int run_analysis(const char *path, size_t block_size)
     report_flush();
     mpeg_ts_pid_tracking_init_tracking();
 
+    scan_progress progress;
+    progress_start(&progress, file.size);
+    file.progress = &progress;
     scan(&file);
+    progress_end(&progress);
     if (file.error != 0) std::fprintf(stderr, "Cannot read file '%s': %s\n", path, std::strerror(file.error));
     print_summary();
     report_flush();
