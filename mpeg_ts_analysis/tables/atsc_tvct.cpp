@@ -54,7 +54,7 @@ void print_channel_fields(bit_reader &in, const char *short_name)
     report_printf("                modulation_mode=%u\n", modulation_mode);
     report_printf("                carrier_frequency=%u\n", carrier_frequency);
     report_printf("                channel_TSID=0x%04x\n", channel_TSID);
-    report_printf("                program_number=0x%04x\n", program_number);
+    report_printf("                program_number=%u\n", program_number);
     report_printf("                ETM_location=%u\n", ETM_location);
     report_printf("                access_controlled=%u\n", access_controlled);
     report_printf("                hidden=%u\n", hidden);
