@@ -1,0 +1,2 @@
+add_tests_of(captures
+    captures_test.cpp)
