@@ -1,0 +1,2 @@
+add_tests_of(tables
+    dvb_time_test.cpp)
