@@ -1,2 +1,15 @@
 add_tests_of(tables
-    dvb_time_test.cpp)
+    dvb_eit_test.cpp
+    dvb_time_test.cpp
+    nit_test.cpp
+    pat_memory_test.cpp
+    pat_nit_test.cpp
+    pat_test.cpp
+    pmt_kinds_test.cpp
+    pmt_test.cpp
+    pmt_tracking_test.cpp
+    sdt_test.cpp
+    stream_type_test.cpp
+    table_dispatch_collection_test.cpp
+    table_dispatch_sweep_test.cpp
+    table_dispatch_test.cpp)
