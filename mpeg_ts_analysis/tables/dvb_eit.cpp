@@ -59,6 +59,7 @@ bool on_event(mpeg_ts_pid_tracking *t, bit_reader &in)
 
 } // namespace
 
+// kept: unlike its neighbours it stores no version.
 void on_ts_event_information_table(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_main_header *h,
                                    const uint8_t *base, const uint8_t *fence)
 {

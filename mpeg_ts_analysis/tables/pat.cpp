@@ -66,7 +66,7 @@ void on_ts_program_association_table(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_
 {
     const bool current = h->current_next_indicator != 0;
     bool has_nit_entry = false;
-    uint16_t nit_pid = default_nit_pid;
+    uint16_t nit_pid = default_nit_pid; // kept: each section without an NIT entry moves the tracking back
 
     report_table_heading("* Program Association Table", h);
     report_printf("    Transport stream ID:              0x%04x\n", h->table_id_extension);

@@ -82,6 +82,7 @@ void on_stream(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_main_header *h,
         report_line("");
 }
 
+// kept: 0x1FFF, which means that there is no PCR, is a PID like any other.
 void track_pcr_pid(uint16_t pcr_pid, uint16_t program_number)
 {
     if (mpeg_ts_pid_tracking_get(pcr_pid) != nullptr) {

@@ -65,6 +65,7 @@ bool is_event_section(uint8_t table_id)
 void on_ts_table_packet(mpeg_ts_pid_tracking *t, const mpeg_ts_packet *pkt)
 {
     if (pkt->payload_unit_start_indicator) {
+        // kept: one section at most is taken of a packet, and the bytes ahead of its start complete none.
         mpeg_ts_table_assembly_complete(&t->tbl_asm);
         take_ready_section(t, pkt, true);
         mpeg_ts_table_assembly_begin(&t->tbl_asm, nullptr, pkt);
