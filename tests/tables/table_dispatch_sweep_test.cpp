@@ -86,7 +86,14 @@ private:
         const std::unique_ptr<uint8_t[]> block(new uint8_t[body.size()]);
         uint8_t *const base = reads_on_in_storage(table_id) ? t->tbl_asm.buffer + header_size : block.get();
         std::copy(body.begin(), body.end(), base);
-        if (setjmp(before_section) == 0) on_ts_table_section(t, &h, &packet, base, base + body.size());
+        dispatch(t, h, base, base + body.size());
+    }
+
+    /// Calls setjmp where nothing has to be destroyed.
+    void dispatch(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_main_header &h, const uint8_t *base,
+                  const uint8_t *fence)
+    {
+        if (setjmp(before_section) == 0) on_ts_table_section(t, &h, &packet, base, fence);
     }
 
     static jmp_buf before_section;
