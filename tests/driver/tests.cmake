@@ -1,0 +1,11 @@
+add_tests_of(driver
+    bitrate_test.cpp
+    command_line_test.cpp
+    packet_dump_contents_test.cpp
+    packet_dump_sweep_test.cpp
+    packet_dump_test.cpp
+    packet_size_test.cpp
+    pes_dump_test.cpp
+    run_analysis_input_test.cpp
+    run_analysis_test.cpp
+    usage_test.cpp)

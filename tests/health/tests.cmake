@@ -1,0 +1,6 @@
+add_tests_of(health
+    clocks_test.cpp
+    continuity_test.cpp
+    pcr_analysis_run_test.cpp
+    pcr_analysis_test.cpp
+    tracking_test.cpp)
