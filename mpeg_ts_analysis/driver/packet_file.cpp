@@ -17,10 +17,12 @@ unsigned char *block_of(packet_file *file)
     return file->bytes + packet_file_headroom;
 }
 
-void forget_block(packet_file *file)
+void forget_what_was_read(packet_file *file)
 {
     file->next = file->fence = block_of(file);
+    file->fence_offset = 0;
     file->at_end = false;
+    file->error = 0;
 }
 
 /// Reads one block behind the bytes that are left, which move to the end of the headroom. Returns false when
@@ -62,16 +64,14 @@ bool packet_file_open(packet_file *file, const char *path)
     const bool regular = fstat(file->descriptor, &status) == 0 && S_ISREG(status.st_mode);
     file->size = regular ? static_cast<unsigned long long>(status.st_size) : 0;
     file->flushes_report = !regular || isatty(STDOUT_FILENO) != 0;
-    forget_block(file);
+    forget_what_was_read(file);
     return true;
 }
 
 bool packet_file_rewind(packet_file *file)
 {
     if (lseek(file->descriptor, 0, SEEK_SET) != 0) return false;
-    forget_block(file);
-    file->fence_offset = 0;
-    file->error = 0;
+    forget_what_was_read(file);
     return true;
 }
 

@@ -33,6 +33,7 @@ bool packet_file_rewind(packet_file *file);
 /// Returns how many do, at most size.
 size_t packet_file_fill(packet_file *file, size_t size);
 
+/// Closes the file; the record may be opened again.
 void packet_file_close(packet_file *file);
 
 /// The next packet_size bytes, or null when fewer are left. They stay until the next call.

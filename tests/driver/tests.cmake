@@ -4,6 +4,7 @@ add_tests_of(driver
     packet_dump_contents_test.cpp
     packet_dump_sweep_test.cpp
     packet_dump_test.cpp
+    packet_file_test.cpp
     packet_size_test.cpp
     pes_dump_test.cpp
     run_analysis_input_test.cpp
