@@ -15,6 +15,8 @@ program_clock *program_clock_get(uint16_t program_number);
 /// memory is short.
 program_clock *program_clock_create(uint16_t program_number, uint16_t pmt_pid);
 
+/// Frees the clock of a program, if there is one.
 void program_clock_free(uint16_t program_number);
 
+/// Frees all clocks.
 void program_clock_free_all();
