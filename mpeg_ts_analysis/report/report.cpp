@@ -76,6 +76,13 @@ char *put_in_field(char *w, const report_piece &piece, const char *prefix, unsig
     return w;
 }
 
+char *put_signed(char *w, const report_piece &piece, long long number)
+{
+    const auto bits = static_cast<unsigned long long>(number);
+    const unsigned long long magnitude = number < 0 ? 0 - bits : bits;
+    return put_in_field(w, piece, number < 0 ? "-" : "", magnitude, decimal_digits(magnitude), nullptr);
+}
+
 char *put_number(char *w, const report_piece &piece, const report_argument &argument)
 {
     const unsigned long long number = argument.number;
@@ -86,9 +93,8 @@ char *put_number(char *w, const report_piece &piece, const report_argument &argu
     case report_conversion::upper_hexadecimal:
         return put_in_field(w, piece, "", number, hex_digits(number), upper_hex_digits);
     case report_conversion::signed_decimal:
-        if (static_cast<long long>(number) < 0)
-            return put_in_field(w, piece, "-", 0 - number, decimal_digits(0 - number), nullptr);
-        return put_in_field(w, piece, "", number, decimal_digits(number), nullptr);
+        return put_signed(w, piece,
+                          piece.is_long ? static_cast<long long>(number) : static_cast<int>(number));
     case report_conversion::pointer: {
         const auto address = reinterpret_cast<uintptr_t>(argument.pointer);
         return put_in_field(w, piece, "0x", address, hex_digits(address), lower_hex_digits);

@@ -32,6 +32,7 @@ struct report_piece {
     uint8_t precision = 6; ///< digits behind the point of %f
     bool zero_padded = false;
     bool left_aligned = false;
+    bool is_long = false; ///< 64 bits
 };
 
 union report_argument {
@@ -105,10 +106,11 @@ private:
             ++at;
             piece().precision = take_number();
         }
-        const bool is_long = text[at] == 'l' && text[at + 1] == 'l';
-        if (is_long) at += 2;
+        piece().is_long = text[at] == 'l' && text[at + 1] == 'l';
+        if (piece().is_long) at += 2;
         piece().conversion = conversion_of(text[at++]);
-        return report_accepts<argument>(pieces[index++].conversion, is_long);
+        const report_piece &taken = pieces[index++];
+        return report_accepts<argument>(taken.conversion, taken.is_long);
     }
 
     constexpr uint8_t take_number()

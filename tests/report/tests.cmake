@@ -1,0 +1,2 @@
+add_tests_of(report
+    report_format_test.cpp)
