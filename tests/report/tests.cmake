@@ -1,2 +1,7 @@
 add_tests_of(report
-    report_format_test.cpp)
+    fixed_point_test.cpp
+    hex_dump_test.cpp
+    invariant_test.cpp
+    names_test.cpp
+    report_format_test.cpp
+    report_test.cpp)
