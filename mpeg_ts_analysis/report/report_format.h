@@ -1,8 +1,8 @@
 // printf formats that are taken apart and checked against their arguments when the program is compiled. At
 // run time what is left is a list of pieces: some constant text, then one conversion.
 //
-// Conversions: %u %d %x %X (32 bits), %llu %lld %llx (64 bits), %s, %c, %p and %.Nf with N up to 9; with a
-// width, "0" and "-" as the C library has them.
+// Conversions: %u %d %x %X (32 bits), %llu %lld %llx %llX (64 bits) and %p, with a width up to 255, "0" and
+// "-" as the C library has them; %s, %c and %.Nf with N up to 9, without a width.
 #pragma once
 
 #include <cstddef>
@@ -65,6 +65,13 @@ constexpr bool report_accepts(report_conversion conversion, bool is_long)
     return false;
 }
 
+/// Whether a conversion is put in a field of a least width.
+constexpr bool report_takes_width(report_conversion conversion)
+{
+    return conversion != report_conversion::text && conversion != report_conversion::character &&
+           conversion != report_conversion::fixed_point;
+}
+
 /// Not constexpr on purpose: a format that reaches it does not compile, and the compiler shows the reason.
 inline void report_format_error(const char * /*reason*/) {}
 
@@ -102,7 +109,8 @@ private:
             if (text[at] == '-') piece().left_aligned = true;
         }
         piece().width = take_number();
-        if (text[at] == '.') {
+        const bool has_precision = text[at] == '.';
+        if (has_precision) {
             ++at;
             piece().precision = take_number();
         }
@@ -110,6 +118,10 @@ private:
         if (piece().is_long) at += 2;
         piece().conversion = conversion_of(text[at++]);
         const report_piece &taken = pieces[index++];
+        if (taken.width != 0 && !report_takes_width(taken.conversion))
+            report_format_error("the conversion takes no width");
+        if (has_precision && (taken.conversion != report_conversion::fixed_point || taken.precision > 9))
+            report_format_error("only %f takes a precision, up to 9");
         return report_accepts<argument>(taken.conversion, taken.is_long);
     }
 
@@ -118,6 +130,7 @@ private:
         unsigned number = 0;
         for (; text[at] >= '0' && text[at] <= '9'; ++at)
             number = 10 * number + static_cast<unsigned>(text[at] - '0');
+        if (number > UINT8_MAX) report_format_error("a number above 255");
         return static_cast<uint8_t>(number);
     }
 
