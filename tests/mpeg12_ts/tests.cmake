@@ -1,0 +1,12 @@
+add_tests_of(mpeg12_ts
+    bit_reader_test.cpp
+    bytes_test.cpp
+    crc32_test.cpp
+    network_information_test.cpp
+    packet_adaptation_test.cpp
+    packet_sweep_test.cpp
+    packet_test.cpp
+    program_map_test.cpp
+    service_description_test.cpp
+    table_assembly_section_test.cpp
+    table_assembly_test.cpp)
