@@ -1,0 +1,2 @@
+add_tests_of(text
+    utf8_test.cpp)
