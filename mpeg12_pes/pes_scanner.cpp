@@ -87,7 +87,7 @@ bool decode_mpeg_1_header(mpeg_pes *pes, const uint8_t *p, const uint8_t *fence)
     const uint8_t *q = p + packet_length_fence;
 
     while (q < fence && *q == 0xFF) ++q;
-    if (q < fence && *q >> 6 == 1) q += 2;
+    if (q < fence && *q >> 6 == 1) q = fence - q > 2 ? q + 2 : fence;
     if (q >= fence) return false;
 
     bit_reader in(q, fence);

@@ -33,4 +33,5 @@ mpeg_pes *mpeg_pes_create();
 /// Returns where the next scan should begin, which is start when there was no progress.
 const unsigned char *mpeg_pes_scan(mpeg_pes *pes, const unsigned char *start, const unsigned char *fence);
 
+/// Frees what mpeg_pes_create returned, null included.
 void mpeg_pes_destroy(mpeg_pes *pes);
