@@ -64,10 +64,13 @@ expected_fields fields_of(const uint8_t *field, unsigned length)
 
 unsigned flags_of(const mpeg_ts_packet &packet)
 {
-    return packet.discontinuity_indicator << 7 | packet.random_access_indicator << 6 |
-           packet.elementary_stream_priority_indicator << 5 | packet.PCR_flag << 4 | packet.OPCR_flag << 3 |
-           packet.splicing_point_flag << 2 | packet.transport_private_data_flag << 1 |
-           packet.adaptation_field_extension_flag;
+    unsigned flags = 0;
+    for (const unsigned flag : {packet.discontinuity_indicator, packet.random_access_indicator,
+                                packet.elementary_stream_priority_indicator, packet.PCR_flag,
+                                packet.OPCR_flag, packet.splicing_point_flag,
+                                packet.transport_private_data_flag, packet.adaptation_field_extension_flag})
+        flags = flags << 1 | flag;
+    return flags;
 }
 
 /// The packet starts at p of the block, whose bytes are as they should be decoded.

@@ -1,6 +1,7 @@
 add_tests_of(mpeg12_ts
     bit_reader_test.cpp
     bytes_test.cpp
+    crc32_folding_test.cpp
     crc32_test.cpp
     network_information_test.cpp
     packet_adaptation_test.cpp

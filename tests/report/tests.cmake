@@ -1,7 +1,9 @@
 add_tests_of(report
+    direct_line_test.cpp
     fixed_point_test.cpp
     hex_dump_test.cpp
     invariant_test.cpp
     names_test.cpp
+    put_number_test.cpp
     report_format_test.cpp
     report_test.cpp)
