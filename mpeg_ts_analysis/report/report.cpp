@@ -135,15 +135,6 @@ void report_line(const char *line)
     put_bytes("\n", 1);
 }
 
-void report_text(const uint8_t *start, const uint8_t *fence)
-{
-    const auto length = static_cast<size_t>(fence - start);
-    if (length == 0) return;
-    const void *const zero = std::memchr(start, 0, length);
-    const auto *const end = zero != nullptr ? static_cast<const uint8_t *>(zero) : fence;
-    put_bytes(reinterpret_cast<const char *>(start), static_cast<size_t>(end - start));
-}
-
 void report_flush()
 {
     // Emptied first: a write that fails must not find the same bytes again on its way out.

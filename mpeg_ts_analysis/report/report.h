@@ -5,7 +5,6 @@
 
 #include "mpeg_ts_analysis/report/report_format.h"
 
-#include <cstdint>
 #include <string>
 
 /// Writes a format that report_format has taken apart; use report_printf.
@@ -22,9 +21,6 @@ void report_printf(const report_format<std::type_identity_t<A>...> &format, A...
 
 /// Prints a constant line and its line end.
 void report_line(const char *line);
-
-/// Prints the bytes [start, fence) up to the first zero byte, unchanged.
-void report_text(const uint8_t *start, const uint8_t *fence);
 
 /// Writes out what the buffer holds.
 void report_flush();
