@@ -1,4 +1,9 @@
 add_tests_of(descriptors
+    ac3_dvb_test.cpp
+    ac3_test.cpp
+    atsc_a65_caption_service_test.cpp
+    atsc_a65_content_advisory_test.cpp
+    atsc_a65_test.cpp
     descriptor_loop_context_test.cpp
     descriptor_loop_sweep_test.cpp
     descriptor_loop_test.cpp
@@ -10,4 +15,7 @@ add_tests_of(descriptors
     dvb_network_test.cpp
     iso_13818_1_avc_test.cpp
     iso_13818_1_model_test.cpp
-    iso_13818_1_test.cpp)
+    iso_13818_1_test.cpp
+    multiple_string_test.cpp
+    multiple_string_text_test.cpp
+    scte_35_cue_test.cpp)
