@@ -29,6 +29,8 @@ constexpr unsigned hamming_test_D = 8;
 constexpr unsigned hamming_8_4_failures(uint8_t reversed)
 {
     unsigned failures = 0;
+    // kept: A and B take b3 and b5 the other way round than EN 300 706 8.2, so that half of the standard's
+    // code words fail.
     if (!has_odd_parity(reversed & 0x8B)) failures |= hamming_test_A; // b0 b1 b3 b7
     if (!has_odd_parity(reversed & 0xA6)) failures |= hamming_test_B; // b1 b2 b5 b7
     if (!has_odd_parity(reversed & 0x3A)) failures |= hamming_test_C; // b1 b3 b4 b5
