@@ -1,9 +1,13 @@
 add_tests_of(tables
     atsc_base_test.cpp
+    atsc_eit_test.cpp
+    atsc_ett_test.cpp
     atsc_mgt_test.cpp
     atsc_mgt_tracking_test.cpp
+    atsc_rrt_test.cpp
     atsc_stt_test.cpp
     atsc_time_test.cpp
+    atsc_tvct_test.cpp
     dvb_eit_test.cpp
     dvb_time_test.cpp
     nit_test.cpp
