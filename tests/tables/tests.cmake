@@ -17,7 +17,10 @@ add_tests_of(tables
     pmt_kinds_test.cpp
     pmt_test.cpp
     pmt_tracking_test.cpp
+    scte_35_invariants_test.cpp
+    scte_35_test.cpp
     sdt_test.cpp
+    splice_insert_test.cpp
     stream_type_test.cpp
     table_dispatch_collection_test.cpp
     table_dispatch_sweep_test.cpp
