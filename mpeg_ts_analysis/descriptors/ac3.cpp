@@ -21,6 +21,7 @@ constexpr const char *sample_rate_code_names[] = {"48KHz",
 constexpr unsigned bit_rates[32] = {32,  40,  48,  56,  64,  80,  96,  112, 128, 160,
                                     192, 224, 256, 320, 384, 448, 512, 576, 640};
 constexpr const char *bit_rate_limit_names[] = {"exact", "upper limit"};
+// kept: the spelling of Dolby.
 constexpr const char *surround_mode_names[] = {"Not indicated", "NOT Dobly surround encoded",
                                                "Dobly surround encoded", "Reserved"};
 constexpr const char *num_channels_names[] = {"1+1",  "1/0",  "2/0",      "3/0",     "2/1",  "3/1",

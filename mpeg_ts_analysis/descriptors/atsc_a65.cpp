@@ -39,6 +39,7 @@ void desc_atsc_A65_2009_6_9_2_caption_service_descriptor(const uint8_t *body, un
 
     show("        caption_service_descriptor() [ATSC A/65:2009 6.9.2]\n");
     if (length == 0) {
+        // kept: the spelling of zero, here and below.
         report_line("!!! caption_service_descriptor() length is zer0");
         return;
     }
@@ -124,6 +125,7 @@ void desc_atsc_A65_2009_6_9_3_content_advisory_descriptor(const uint8_t *body, u
         report_line("!!! content_advisory_descriptor() length is zer0");
         return;
     }
+    // kept: "bytes" for bits.
     if (in.bits(2) != 0x3) report_line("!!! content_advisory_descriptor() reserved bytes not '11'");
     const unsigned rating_region_count = in.bits(6);
     report_printf("            rating_region_count=%u\n", rating_region_count);

@@ -15,6 +15,7 @@ constexpr const char *compression_type_names[] = {
     "Huffman coding using tables defined in Table C6 and C7 in Annex C",
 };
 
+// kept: the spelling of mode 0x01.
 constexpr named_value mode_names[] = {
     {0x00, "ANSI (select unicode code range 0x0000-0x00FF)"       },
     {0x01, "Sselect unicode code range 0x0100-0x01FF"             },

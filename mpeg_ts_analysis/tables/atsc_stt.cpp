@@ -22,6 +22,7 @@ void atsc_system_time_table_section(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_m
     atsc_gps_utc_offset = static_cast<int32_t>(GPS_UTC_offset);
 
     report_printf("        protocol_version=%u\n", protocol_version);
+    // kept: "NTS".
     report_printf("        system_time=%u (NTS: This is GPS seconds not UTC time)\n", system_time);
     report_printf("        GPS_UTC_offset=%u\n", GPS_UTC_offset);
     report_printf("        daylight_saving=0x%04x\n", daylight_saving);
