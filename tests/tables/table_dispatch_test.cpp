@@ -209,7 +209,7 @@ TEST_F(table_dispatch, any_other_kind_is_ignored)
     for (unsigned type = 0; type < TRACK_SCTE35; ++type) {
         mpeg_ts_pid_tracking t;
         t.type = static_cast<uint16_t>(type);
-        for (const unsigned table_id : {0x00, 0x02, 0x40, 0x42, 0x4E, 0xC7, 0xCB, 0xCC, 0xFC}) {
+        for (const int table_id : {0x00, 0x02, 0x40, 0x42, 0x4E, 0xC7, 0xCB, 0xCC, 0xFC}) {
             mpeg_ts_pat_main_header h;
             h.table_id = static_cast<uint8_t>(table_id);
             h.section_syntax_indicator = 1;
