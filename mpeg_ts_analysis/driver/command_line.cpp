@@ -67,6 +67,7 @@ void set_ts_bitrate(switch_value value)
 }
 
 enum class matching { exact, prefix };
+using enum matching;
 
 struct command_switch {
     const char *name;
@@ -76,34 +77,34 @@ struct command_switch {
 
 // The first match wins: an exact name may stand before a prefix that it begins with.
 constexpr command_switch switches[] = {
-    {"h",                       matching::exact,  nullptr                                                    },
-    {"help",                    matching::exact,  nullptr                                                    },
-    {"avchd",                   matching::exact,  [](switch_value) { settings.packet_size_mode = 1; }        },
-    {"std",                     matching::exact,  [](switch_value) { settings.packet_size_mode = 0; }        },
-    {"bdmv",                    matching::exact,  [](switch_value) { settings.bdmv_mode = 1; }               },
-    {"not-bdmv",                matching::exact,  [](switch_value) { settings.bdmv_mode = 0; }               },
-    {"dump-tables",             matching::exact,  [](switch_value) { settings.dump_tables = true; }          },
-    {"atsc",                    matching::exact,  [](switch_value) { settings.atsc_mode = 1; }               },
-    {"not-atsc",                matching::exact,  [](switch_value) { settings.atsc_mode = 0; }               },
-    {"atsc-mh",                 matching::exact,  [](switch_value) { settings.atsc_mh_mode = 1; }            },
-    {"not-atsc-mh",             matching::exact,  [](switch_value) { settings.atsc_mh_mode = 0; }            },
-    {"skip-padding",            matching::exact,  [](switch_value) { settings.skip_padding = true; }         },
-    {"max-pcr-interval",        matching::prefix, set_max_pcr_interval                                       },
-    {"program",                 matching::prefix, set_program                                                },
-    {"no-pcr-drift-correction", matching::exact,  [](switch_value) { settings.pcr_drift_correction = false; }},
-    {"pcr-drift-correction",    matching::exact,  [](switch_value) { settings.pcr_drift_correction = true; } },
-    {"dump-pcr-analysis",       matching::exact,  [](switch_value) { settings.dump_pcr_analysis = true; }    },
-    {"no-skip-padding",         matching::exact,  [](switch_value) { settings.skip_padding = false; }        },
-    {"assume-country",          matching::prefix, set_assume_country                                         },
-    {"dump-ts",                 matching::prefix, set_dump_ts                                                },
-    {"dump-descriptors",        matching::prefix, set_dump_descriptors                                       },
-    {"ts-bitrate",              matching::prefix, set_ts_bitrate                                             },
+    {"h",                       exact,  nullptr                                                    },
+    {"help",                    exact,  nullptr                                                    },
+    {"avchd",                   exact,  [](switch_value) { settings.packet_size_mode = 1; }        },
+    {"std",                     exact,  [](switch_value) { settings.packet_size_mode = 0; }        },
+    {"bdmv",                    exact,  [](switch_value) { settings.bdmv_mode = 1; }               },
+    {"not-bdmv",                exact,  [](switch_value) { settings.bdmv_mode = 0; }               },
+    {"dump-tables",             exact,  [](switch_value) { settings.dump_tables = true; }          },
+    {"atsc",                    exact,  [](switch_value) { settings.atsc_mode = 1; }               },
+    {"not-atsc",                exact,  [](switch_value) { settings.atsc_mode = 0; }               },
+    {"atsc-mh",                 exact,  [](switch_value) { settings.atsc_mh_mode = 1; }            },
+    {"not-atsc-mh",             exact,  [](switch_value) { settings.atsc_mh_mode = 0; }            },
+    {"skip-padding",            exact,  [](switch_value) { settings.skip_padding = true; }         },
+    {"max-pcr-interval",        prefix, set_max_pcr_interval                                       },
+    {"program",                 prefix, set_program                                                },
+    {"no-pcr-drift-correction", exact,  [](switch_value) { settings.pcr_drift_correction = false; }},
+    {"pcr-drift-correction",    exact,  [](switch_value) { settings.pcr_drift_correction = true; } },
+    {"dump-pcr-analysis",       exact,  [](switch_value) { settings.dump_pcr_analysis = true; }    },
+    {"no-skip-padding",         exact,  [](switch_value) { settings.skip_padding = false; }        },
+    {"assume-country",          prefix, set_assume_country                                         },
+    {"dump-ts",                 prefix, set_dump_ts                                                },
+    {"dump-descriptors",        prefix, set_dump_descriptors                                       },
+    {"ts-bitrate",              prefix, set_ts_bitrate                                             },
 };
 
 const command_switch *find_switch(const char *name)
 {
     for (const command_switch &candidate : switches) {
-        const bool matches = candidate.match == matching::exact
+        const bool matches = candidate.match == exact
                                  ? std::strcmp(name, candidate.name) == 0
                                  : std::strncmp(name, candidate.name, std::strlen(candidate.name)) == 0;
         if (matches) return &candidate;

@@ -25,8 +25,8 @@ extern error_counters errors;
 /// handlers.
 extern mpeg_ts_pid_tracking pid_tracking[mpeg_ts_pid_count];
 
-/// The PIDs whose type is TRACK_PMT, a bit each, 64 a word: a PAT finds them without looking at every record. Written by
-/// health.
+/// The PIDs whose type is TRACK_PMT, a bit each, 64 a word: a PAT finds them without looking at every record.
+/// Written by health.
 extern uint64_t tracked_pmts[mpeg_ts_pid_count / 64];
 
 /// By PID: the counter of the last packet, no_continuity_counter before the first. Written by the continuity

@@ -1,7 +1,6 @@
 #include "mpeg_ts_analysis/tables/atsc_eit.h"
 
 #include "mpeg12_ts/bit_reader.h"
-#include "mpeg_ts_analysis/descriptors/descriptor_loop.h"
 #include "mpeg_ts_analysis/descriptors/descriptor_print.h"
 #include "mpeg_ts_analysis/descriptors/multiple_string.h"
 #include "mpeg_ts_analysis/tables/atsc_time.h"
@@ -60,12 +59,7 @@ bool on_event(mpeg_ts_pid_tracking *t, bit_reader &in, unsigned number)
     if (in.bits(4) != 0xF) report_line("!!! event_information_table_section() reserved bits are not '1111'");
     const unsigned descriptors_length = in.bits(12);
     if (!in.has(descriptors_length)) return false;
-    if (descriptors_length != 0) {
-        const uint8_t *const descriptors = in.position();
-        in.skip(descriptors_length);
-        descriptor_loop(t, descriptors, in.position());
-        report_line("");
-    }
+    report_descriptors_and_empty_line(t, in, descriptors_length);
     return true;
 }
 

@@ -1,7 +1,6 @@
 #include "mpeg_ts_analysis/tables/atsc_mgt.h"
 
 #include "mpeg12_ts/bit_reader.h"
-#include "mpeg_ts_analysis/descriptors/descriptor_loop.h"
 #include "mpeg_ts_analysis/descriptors/descriptor_print.h"
 #include "mpeg_ts_analysis/health/tracking.h"
 #include "mpeg_ts_analysis/report/invariant.h"
@@ -48,16 +47,6 @@ void check_reserved_111(bit_reader &in)
 void check_reserved_1111(bit_reader &in)
 {
     if (in.bits(4) != 0xF) report_line("!!! master_guide_table_section() reserved bits not '1111'");
-}
-
-/// Prints the descriptors at the reader, known to be there, and an empty line behind them.
-void print_descriptors(mpeg_ts_pid_tracking *psip, bit_reader &in, unsigned length)
-{
-    const uint8_t *const descriptors = in.position();
-    in.skip(length);
-    if (length == 0) return;
-    descriptor_loop(psip, descriptors, in.position());
-    report_line("");
 }
 
 struct mgt_entry {
@@ -136,7 +125,7 @@ void desc_atsc_A65_2009_6_2_master_guide_table_section(mpeg_ts_pid_tracking *psi
             mpeg_ts_table_assembly_init(&t->tbl_asm, private_section_storage);
         }
         if (!in.has(entry.table_type_descriptors_length)) break;
-        print_descriptors(psip, in, entry.table_type_descriptors_length);
+        report_descriptors_and_empty_line(psip, in, entry.table_type_descriptors_length);
     }
 
     if (!in.has(2)) return;
@@ -144,5 +133,5 @@ void desc_atsc_A65_2009_6_2_master_guide_table_section(mpeg_ts_pid_tracking *psi
     const unsigned descriptors_length = in.bits(12);
     if (!in.has(descriptors_length)) return;
     report_printf("        descriptors_length=%u\n", descriptors_length);
-    print_descriptors(psip, in, descriptors_length);
+    report_descriptors_and_empty_line(psip, in, descriptors_length);
 }

@@ -1,7 +1,6 @@
 #include "mpeg_ts_analysis/tables/atsc_tvct.h"
 
 #include "mpeg12_ts/bit_reader.h"
-#include "mpeg_ts_analysis/descriptors/descriptor_loop.h"
 #include "mpeg_ts_analysis/descriptors/descriptor_print.h"
 #include "mpeg_ts_analysis/tables/table_print.h"
 #include "text/utf8.h"
@@ -63,16 +62,6 @@ void print_channel_fields(bit_reader &in, const char *short_name)
     report_printf("                source_id=0x%04x\n", source_id);
 }
 
-/// Prints the descriptors at the reader, known to be there, and an empty line behind them.
-void print_descriptors(mpeg_ts_pid_tracking *t, bit_reader &in, unsigned length)
-{
-    const uint8_t *const descriptors = in.position();
-    in.skip(length);
-    if (length == 0) return;
-    descriptor_loop(t, descriptors, in.position());
-    report_line("");
-}
-
 /// One channel, its short_name known to be there. Returns false when the section ends inside it; the reader
 /// then stands behind the last byte that was read.
 bool on_channel(mpeg_ts_pid_tracking *t, bit_reader &in)
@@ -87,7 +76,7 @@ bool on_channel(mpeg_ts_pid_tracking *t, bit_reader &in)
     const unsigned descriptors_length = in.bits(10);
     if (!in.has(descriptors_length)) return false;
     report_printf("                descriptors_length=%u\n", descriptors_length);
-    print_descriptors(t, in, descriptors_length);
+    report_descriptors_and_empty_line(t, in, descriptors_length);
     return true;
 }
 
@@ -102,7 +91,7 @@ void on_additional_descriptors(mpeg_ts_pid_tracking *t, const uint8_t *p, const 
     const uint8_t *const descriptors = in.position();
     if (fence - descriptors < static_cast<long>(additional_descriptors_length)) return;
     report_printf("                additional_descriptors_length=%u\n", additional_descriptors_length);
-    print_descriptors(t, in, additional_descriptors_length);
+    report_descriptors_and_empty_line(t, in, additional_descriptors_length);
 }
 
 } // namespace
