@@ -1,0 +1,87 @@
+#!/bin/sh
+# Installs a build into a temporary root and uses it as a stranger would: builds the example against the installed
+# library by CMake and by pkg-config, and compares what it prints.
+#   check_tree.sh BUILD SOURCE COMPILER FLAGS
+set -eu
+build=$1 source=$2 compiler=$3 flags=$4
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+fail() { echo "$*"; exit 1; }
+
+cmake --install "$build" --prefix "$scratch/first place" >/dev/null
+# Nothing in the tree may know where it was installed.
+root="$scratch/second"
+mv "$scratch/first place" "$root"
+if grep -rlF -e "$scratch" -e "$build" "$root"; then fail "the files above name the place of the build"; fi
+
+for file in bin/mpeg_ts_analysis share/man/man1/mpeg_ts_analysis.1 \
+    share/bash-completion/completions/mpeg_ts_analysis share/zsh/site-functions/_mpeg_ts_analysis \
+    share/fish/vendor_completions.d/mpeg_ts_analysis.fish share/doc/mpeg_ts_analysis/LICENSE; do
+    [ -f "$root/$file" ] || fail "$file is not installed"
+done
+
+# Every switch that the program knows is in its manual and in each completion.
+"$root/bin/mpeg_ts_analysis" --help 2>"$scratch/usage" && fail "--help ended with status 0"
+switches=$(sed -n 's/^    -\([a-z][a-z-]*\).*/\1/p' "$scratch/usage")
+[ "$(echo "$switches" | wc -w)" -ge 20 ] || fail "the usage text lists too few switches: $switches"
+for switch in $switches pcr-drift-correction; do
+    grep -qE -- "Fl $switch( |$)|, Fl $switch( |$)" "$root/share/man/man1/mpeg_ts_analysis.1" ||
+        fail "the manual does not explain -$switch"
+    for completion in bash-completion/completions/mpeg_ts_analysis zsh/site-functions/_mpeg_ts_analysis \
+        fish/vendor_completions.d/mpeg_ts_analysis.fish; do
+        grep -qE -- "(^|[^a-z-])-{0,2}$switch([^a-z-]|$)" "$root/share/$completion" ||
+            fail "$completion does not offer -$switch"
+    done
+done
+
+# Each header stands alone.
+for header in $(cd "$root/include" && find . -name '*.h'); do
+    echo "#include \"${header#./}\"" | "$compiler" -x c++ -std=c++17 -Wall -Werror -I"$root/include" -fsyntax-only - ||
+        fail "$header does not stand alone"
+done
+
+# The sample has no fault; without its 11th packet, which is one of PID 0x0100, one counter is missing.
+packet() { dd if="$source/samples/encoder.ts" bs=188 status=none "$@"; }
+{ packet count=10; packet skip=11; } >"$scratch/damaged.ts"
+cat >"$scratch/expected" <<'END'
+PID 0x0000         42 packets      0 continuity errors
+PID 0x0011          8 packets      0 continuity errors
+PID 0x0100       1057 packets      0 continuity errors
+PID 0x0101        134 packets      0 continuity errors
+PID 0x1000         42 packets      0 continuity errors
+END
+sed 's/0x0100       1057 packets      0/0x0100       1056 packets      1/' "$scratch/expected" >"$scratch/expected_damaged"
+
+compare() { # program
+    "$1" "$source/samples/encoder.ts" | diff "$scratch/expected" - || fail "$1 differs"
+    "$1" "$scratch/damaged.ts" | diff "$scratch/expected_damaged" - || fail "$1 differs on a damaged stream"
+}
+
+example="$source/examples/list_pids"
+cmake -S "$example" -B "$scratch/cmake" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$root" >/dev/null
+cmake --build "$scratch/cmake" >/dev/null
+compare "$scratch/cmake/list_pids"
+
+if ! command -v pkg-config >/dev/null || ! command -v make >/dev/null; then
+    echo "pkg-config or make is not here: the example was built by CMake only"
+    exit 0
+fi
+pc=$(find "$root" -name mpeg12.pc)
+make_example() { # folder, compiler, flags
+    mkdir "$scratch/$1"
+    (cd "$scratch/$1" && PKG_CONFIG_PATH="${pc%/*}" make -f "$example/Makefile" CXX="$2" CXXFLAGS="$3" >/dev/null)
+    compare "$scratch/$1/list_pids"
+}
+make_example make "$compiler" "$flags"
+
+# The archives serve other compilers too, unless this build leans on a library of its compiler.
+case $flags in
+*sanitize* | *coverage*) ;;
+*)
+    for other in g++ clang++; do
+        if command -v $other >/dev/null; then make_example $other $other ''; fi
+    done
+    ;;
+esac
