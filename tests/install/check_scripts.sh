@@ -1,0 +1,13 @@
+#!/bin/sh
+# Every shell script of the repository is clean under shellcheck.
+#   check_scripts.sh SOURCE
+set -eu
+command -v shellcheck >/dev/null || { echo "shellcheck is not here: skipped"; exit 77; }
+
+cd "$1"
+scripts=$(find . -path './build*' -prune -o -path ./.git -prune -o -type f \
+    -exec grep -lE '^#!/(bin/|usr/bin/env )(ba)?sh' {} +)
+# The scripts are words on purpose; what they source is checked by itself.
+# shellcheck disable=SC2086
+shellcheck -e SC1091 $scripts
+shellcheck -s bash packaging/completion/mpeg_ts_analysis.bash
