@@ -1,5 +1,5 @@
-# Runs inside cpack once the tree of a package is installed, and makes it what Debian wants: documents in a folder of the
-# package's name, manual pages and changelogs compressed, static libraries without what linking does not need, the
+# Runs inside cpack once the tree of a package is installed, and makes it what Debian wants: documents in a folder of
+# the package's name, manual pages and changelogs compressed, static libraries without what linking does not need, the
 # pkg-config file where cross compilers look.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
