@@ -32,6 +32,13 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
     endif()
 endif()
 
+# The fuzz entries want the analyser counted and watched; libFuzzer itself is linked to the entries only.
+if(WITH_FUZZ)
+    set(fuzz_checks -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    add_compile_options(${fuzz_checks} -fno-omit-frame-pointer)
+    add_link_options(${fuzz_checks})
+endif()
+
 # What ships neither throws nor needs type information; tests are built with the compiler's defaults.
 add_library(shipped_code INTERFACE)
 target_compile_options(shipped_code INTERFACE -fno-exceptions -fno-rtti)
