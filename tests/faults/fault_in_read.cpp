@@ -1,0 +1,77 @@
+// Preloaded into the analyser: lets read() of the input go wrong. FAULT says how, FAULT_AT at which call
+// (from 1).
+//   error      that call and all later ones fail with EIO
+//   interrupt  every other call fails with EINTR
+//   short      no call returns more than 7 bytes
+//   shrink     before that call the file is cut to nothing
+//   grow       before that call 188000 bytes of padding packets are put behind the file's end
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+extern "C" {
+ssize_t read(int descriptor, void *buffer, size_t size);
+ssize_t __read_chk(int descriptor, void *buffer, size_t size, size_t room);
+}
+
+namespace {
+
+bool is_fault(const char *kind)
+{
+    const char *const wanted = std::getenv("FAULT");
+    return wanted != nullptr && std::strcmp(wanted, kind) == 0;
+}
+
+int open_again(int descriptor, int flags)
+{
+    char path[64];
+    std::snprintf(path, sizeof(path), "/proc/self/fd/%d", descriptor);
+    return open(path, flags | O_CLOEXEC);
+}
+
+void shrink(int descriptor)
+{
+    const int file = open_again(descriptor, O_WRONLY);
+    if (file < 0 || ftruncate(file, 0) != 0) std::abort();
+    close(file);
+}
+
+void grow(int descriptor)
+{
+    unsigned char packet[188] = {0x47, 0x1F, 0xFF, 0x10};
+    const int file = open_again(descriptor, O_WRONLY | O_APPEND);
+    for (unsigned i = 0; i < 1000; ++i)
+        if (file < 0 || write(file, packet, sizeof(packet)) != static_cast<ssize_t>(sizeof(packet)))
+            std::abort();
+    close(file);
+}
+
+} // namespace
+
+ssize_t read(int descriptor, void *buffer, size_t size)
+{
+    static unsigned long calls = 0;
+
+    if (descriptor > STDERR_FILENO) {
+        const char *const fault_at = std::getenv("FAULT_AT");
+        const unsigned long at = fault_at != nullptr ? std::strtoul(fault_at, nullptr, 10) : 1;
+        ++calls;
+        if ((is_fault("error") && calls >= at) || (is_fault("interrupt") && calls % 2 == 1)) {
+            errno = is_fault("error") ? EIO : EINTR;
+            return -1;
+        }
+        if (is_fault("short") && size > 7) size = 7;
+        if (is_fault("shrink") && calls == at) shrink(descriptor);
+        if (is_fault("grow") && calls == at) grow(descriptor);
+    }
+    return syscall(SYS_read, descriptor, buffer, size);
+}
+
+ssize_t __read_chk(int descriptor, void *buffer, size_t size, size_t)
+{
+    return read(descriptor, buffer, size);
+}
