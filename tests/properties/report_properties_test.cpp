@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <fcntl.h>
-#include <regex>
 #include <unistd.h>
 
 namespace {
@@ -33,6 +32,24 @@ std::string body_of(const std::string &report)
 std::string without_summary(const std::string &report)
 {
     return report.substr(0, report.find("* Scan complete\n"));
+}
+
+/// Header lines without the packet's offset and its arrival time.
+std::string without_places(const std::string &text)
+{
+    std::string kept;
+    for (size_t start = 0; start < text.size();) {
+        const size_t end = text.find('\n', start) + 1;
+        std::string line = text.substr(start, end - start);
+        start = end;
+        if (line.front() == '@') {
+            line.erase(0, line.find('('));
+            const size_t time = line.find(" TIME=");
+            if (time != std::string::npos) line = line.substr(0, time) + "\n";
+        }
+        kept += line;
+    }
+    return kept;
 }
 
 /// The bytes in a pipe that has room for all of them, its writing end closed.
@@ -127,10 +144,6 @@ TEST_P(report_properties, packets_of_192_bytes_give_the_same_report_but_for_plac
     for (size_t at = 0; at < stream.size(); at += packet_size)
         copy.raw(bytes(stream.begin() + static_cast<long>(at),
                        stream.begin() + static_cast<long>(at + packet_size)));
-    const auto without_places = [](const std::string &text) {
-        return std::regex_replace(std::regex_replace(text, std::regex("@[0-9]+ +\\(t="), "@ (t="),
-                                  std::regex(" TIME=[0-9]+ "), "");
-    };
     const std::string of_188 = run(stream, with_header_dump);
 
     with_header_dump.packet_size_mode = 1;
