@@ -13,10 +13,10 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-extern "C" {
-ssize_t read(int descriptor, void *buffer, size_t size);
-ssize_t __read_chk(int descriptor, void *buffer, size_t size, size_t room);
-}
+// Under names of their own: the C library's header may define read() itself.
+extern "C" ssize_t faulty_read(int descriptor, void *buffer, size_t size) __asm__("read");
+extern "C" ssize_t faulty_checked_read(int descriptor, void *buffer, size_t size,
+                                       size_t room) __asm__("__read_chk");
 
 namespace {
 
@@ -52,7 +52,7 @@ void grow(int descriptor)
 
 } // namespace
 
-ssize_t read(int descriptor, void *buffer, size_t size)
+ssize_t faulty_read(int descriptor, void *buffer, size_t size)
 {
     static unsigned long calls = 0;
 
@@ -71,7 +71,7 @@ ssize_t read(int descriptor, void *buffer, size_t size)
     return syscall(SYS_read, descriptor, buffer, size);
 }
 
-ssize_t __read_chk(int descriptor, void *buffer, size_t size, size_t)
+ssize_t faulty_checked_read(int descriptor, void *buffer, size_t size, size_t)
 {
-    return read(descriptor, buffer, size);
+    return faulty_read(descriptor, buffer, size);
 }

@@ -124,7 +124,7 @@ TEST_P(report_properties, the_size_of_the_blocks_does_not_matter)
     with_header_dump.dump_pcr_analysis = true;
     const std::string whole = run(stream, with_header_dump);
 
-    for (const size_t block_size : {1, 7, 187, 188, 189, 191, 4096, 8191})
+    for (const size_t block_size : {1u, 7u, 187u, 188u, 189u, 191u, 4096u, 8191u})
         EXPECT_EQ(run(stream, with_header_dump, block_size), whole) << "blocks of " << block_size << " bytes";
 }
 
