@@ -1,6 +1,7 @@
 #include "mpeg_ts_analysis/driver/bitrate.h"
 
 #include "mpeg12_ts/packet.h"
+#include "mpeg_ts_analysis/health/truncate.h"
 
 #include <cmath>
 #include <cstdint>
@@ -98,5 +99,6 @@ unsigned long long estimate_ts_bitrate(packet_file *file, unsigned packet_size)
     const double seconds = static_cast<double>(second.pcr - first.pcr) / ticks_per_second;
     const double rate = 8.0 * static_cast<double>(second.offset - first.offset) / seconds;
     std::fprintf(stderr, "Est bitrate: %.6f bit/sec\n", rate);
-    return static_cast<unsigned long long>(std::floor(rate + 0.5));
+    // Two neighbouring PCR values, 85 GB apart, are more than 64 bits hold.
+    return truncate_to_64_bits(std::floor(rate + 0.5));
 }

@@ -2,6 +2,7 @@
 
 #include "mpeg_ts_analysis/health/clocks.h"
 #include "mpeg_ts_analysis/health/tracking.h"
+#include "mpeg_ts_analysis/health/truncate.h"
 #include "mpeg_ts_analysis/report/report.h"
 #include "mpeg_ts_analysis/state/process_state.h"
 
@@ -12,21 +13,6 @@ constexpr unsigned long long pcr_modulus = 2576980377600; // 2^33 * 300
 constexpr double drift_gain_divisor = 20.0;
 constexpr double jump_seconds = 10.0;
 constexpr double unlocked_below = -999999999999.0;
-
-/// Truncation to 64 bits. Values from 2^63 on keep their top bit apart, negative ones give the
-/// two's-complement pattern of their signed value, and those that no 64-bit number holds give what x86-64
-/// gives.
-unsigned long long truncate_to_64_bits(double value)
-{
-    constexpr double two_to_63 = 9223372036854775808.0;
-    constexpr unsigned long long top_bit = 1ull << 63;
-
-    if (value >= two_to_63) {
-        const double rest = value - two_to_63;
-        return rest < two_to_63 ? static_cast<unsigned long long>(rest) ^ top_bit : 0;
-    }
-    return value > -two_to_63 ? static_cast<unsigned long long>(static_cast<long long>(value)) : top_bit;
-}
 
 /// The clock that the packet's PCR drives, or null when there is nothing to analyse.
 program_clock *clock_of(const mpeg_ts_packet *tsp)
