@@ -1,10 +1,13 @@
 #include "tests/streams/recipes.h"
 #include "tests/terminal/program.h"
 
+#include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <regex>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -93,7 +96,7 @@ TEST(terminal, an_interrupt_ends_a_long_dump_with_whole_lines_and_no_summary)
 TEST(terminal, what_was_found_in_a_pipe_is_shown_before_more_is_read)
 {
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     program analysis({"-std", "/dev/stdin"}, output_kind::pipe, output_kind::pipe, ends[0]);
     close(ends[0]);
     const bytes stream = dvb_multiplex().data();
