@@ -7,6 +7,7 @@ add_tests_of(driver
     packet_file_test.cpp
     packet_size_test.cpp
     pes_dump_test.cpp
+    progress_test.cpp
     run_analysis_input_test.cpp
     run_analysis_test.cpp
     usage_test.cpp)
