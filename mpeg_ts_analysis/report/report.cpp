@@ -64,8 +64,7 @@ char *put_in_field(char *w, const report_piece &piece, const char *prefix, unsig
         std::memset(w, ' ', padding);
         w += padding;
     }
-    std::memcpy(w, prefix, prefix_length);
-    w += prefix_length;
+    while (*prefix != '\0') *w++ = *prefix++;
     if (piece.zero_padded && !piece.left_aligned) count += static_cast<unsigned>(padding);
     w = hex_digit_names != nullptr ? put_hex_digits(w, number, count, hex_digit_names)
                                    : put_decimal_digits(w, number, count);
