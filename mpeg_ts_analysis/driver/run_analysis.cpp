@@ -14,6 +14,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <new>
 
 namespace {
 
@@ -127,33 +129,35 @@ void print_summary()
 
 int run_analysis(const char *path, size_t block_size)
 {
-    packet_file file;
+    // Not on the stack, which might not find room to grow later, when memory is short.
+    const std::unique_ptr<packet_file> file(new (std::nothrow) packet_file);
 
-    if (!packet_file_open(&file, path)) {
+    if (file == nullptr || !packet_file_open(file.get(), path)) {
         std::fprintf(stderr, "Cannot open file '%s'\n", path);
         return 1;
     }
-    file.block_size = block_size;
+    file->block_size = block_size;
 
-    settle_packet_size(&file);
+    settle_packet_size(file.get());
     report_printf("* Starting analysis of: %s\n", path);
     report_printf("* Packet size: %u bytes/packet\n", settings.packet_size);
     report_flush();
-    settle_bitrate(&file);
+    settle_bitrate(file.get());
     report_flush();
     mpeg_ts_pid_tracking_init_tracking();
 
     scan_progress progress;
-    progress_start(&progress, file.size);
-    file.progress = &progress;
-    scan(&file);
+    progress_start(&progress, file->size);
+    file->progress = &progress;
+    scan(file.get());
     progress_end(&progress);
-    if (file.error != 0) std::fprintf(stderr, "Cannot read file '%s': %s\n", path, std::strerror(file.error));
+    if (file->error != 0)
+        std::fprintf(stderr, "Cannot read file '%s': %s\n", path, std::strerror(file->error));
     print_summary();
     report_flush();
 
     program_clock_free_all();
     mpeg_ts_pid_tracking_free_all();
-    packet_file_close(&file);
+    packet_file_close(file.get());
     return 0;
 }
