@@ -34,7 +34,7 @@ endif()
 
 # The fuzz entries want the analyser counted and watched; libFuzzer itself is linked to the entries only.
 if(WITH_FUZZ)
-    set(fuzz_checks -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    set(fuzz_checks -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all)
     add_compile_options(${fuzz_checks} -fno-omit-frame-pointer)
     add_link_options(${fuzz_checks})
 endif()

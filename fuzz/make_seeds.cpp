@@ -137,6 +137,15 @@ int main(int argc, char **argv)
         write_seeds_of(stream.data(), hex("11 00 00"));
         write_seeds_of(stream.data(), hex("26 01 12"));
     }
+    // Packets whose PID alone says something, and PCRs that go anywhere at extreme bitrates.
+    for (const char *options : {"11 00 02 07", "11 08 12 07", "15 10 72 07", "11 08 62 07"})
+        write(
+            "whole_stream",
+            join({hex(options), dvb_multiplex().payload(0x1FF9, hex("00")).payload(0x1FFB, hex("00")).data(),
+                  stream_builder().pcr(0x0101, 5).pcr(0x0101, 1ull << 41).pcr(0x0101, 7).data()}));
+    write("fixed_point", hex("03 3FB999999999999A 06 C0C8000000000000 00 3FE0000000000000"));
+    write("fixed_point",
+          hex("09 7FEFFFFFFFFFFFFF 03 7FF8000000000000 07 0000000000000001 06 FFF0000000000000"));
     write("whole_stream", join({hex("15 80 12 07"), splice_points().avchd(5, 7)}));
     write_teletext(teletext_pages().data());
     write("pes", pes_packet(0xE0, repeated(0x55, 100), 90000, 86400));

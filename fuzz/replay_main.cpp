@@ -18,6 +18,7 @@ int replay_descriptor_loop(const uint8_t *data, size_t size);
 int replay_multiple_string(const uint8_t *data, size_t size);
 int replay_pes(const uint8_t *data, size_t size);
 int replay_teletext_unit(const uint8_t *data, size_t size);
+int replay_fixed_point(const uint8_t *data, size_t size);
 int replay_command_line(const uint8_t *data, size_t size);
 int replay_whole_stream(const uint8_t *data, size_t size);
 }
@@ -37,6 +38,7 @@ constexpr named_entry entries[] = {
     {"multiple_string", replay_multiple_string},
     {"pes",             replay_pes            },
     {"teletext_unit",   replay_teletext_unit  },
+    {"fixed_point",     replay_fixed_point    },
     {"command_line",    replay_command_line   },
     {"whole_stream",    replay_whole_stream   },
 };

@@ -70,7 +70,8 @@ void repair_checksums(uint8_t *stream, size_t size, size_t packet_size)
     for (const section_bytes &places : sections) repair_checksum(places);
 }
 
-void repair_headers(uint8_t *stream, size_t size, size_t packet_size)
+/// Sets the counters as if now and then some packets of a PID had been lost.
+void repair_headers(uint8_t *stream, size_t size, size_t packet_size, generator &random)
 {
     std::array<uint8_t, mpeg_ts_pid_count> last = {};
 
@@ -79,6 +80,7 @@ void repair_headers(uint8_t *stream, size_t size, size_t packet_size)
         p[0] = mpeg_ts_sync_byte;
         uint8_t &counter = last[big_endian_16(p + 1) & 0x1FFF];
         counter = static_cast<uint8_t>((counter + (p[3] >> 4 & 1)) & 0xF);
+        if (random() % 64 == 0) counter = static_cast<uint8_t>((counter + random()) & 0xF);
         p[3] = static_cast<uint8_t>((p[3] & 0xF0) | counter);
     }
 }
@@ -143,7 +145,7 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t max_size, unsi
         if (data + max_size - write >= static_cast<long>(packet_size))
             write = std::copy(packet.begin(), packet.end(), write);
     const auto stream_size = static_cast<size_t>(write - data) - options_size;
-    if (random() % 8 != 0) repair_headers(data + options_size, stream_size, packet_size);
+    if (random() % 8 != 0) repair_headers(data + options_size, stream_size, packet_size, random);
     if (random() % 8 != 0) repair_checksums(data + options_size, stream_size, packet_size);
     return options_size + stream_size;
 }

@@ -81,9 +81,11 @@ void fuzz_settings(fuzz_input &in)
     settings.program_focus = (switches & 32) != 0 ? 1 : 0;
     settings.packet_size_mode = static_cast<int32_t>((switches >> 6) % 3) - 1;
 
+    constexpr unsigned long long bitrates[] = {1,       10000,    200000,     1000000,
+                                               8000000, 40000000, 1ull << 63, ~0ull};
     const unsigned rates = in.byte();
     settings.ts_bitrate_auto = (rates & 1) != 0;
-    settings.ts_bitrate = (rates & 2) != 0 ? 10000ull << (rates >> 4) : 0;
+    settings.ts_bitrate = (rates & 2) != 0 ? bitrates[(rates >> 4) & 7] : 0;
     settings.max_pcr_interval = (rates & 4) != 0 ? 0.04 : 0.1;
 }
 
