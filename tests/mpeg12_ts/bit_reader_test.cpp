@@ -82,6 +82,17 @@ TEST(bit_reader, past_its_fence_the_range_reads_as_zeros_and_the_position_counts
     EXPECT_EQ(in.position(), block.data() + 2);
 }
 
+TEST(bit_reader, bytes_that_stand_behind_the_fence_are_not_seen)
+{
+    const bytes storage = repeated(0xFF, 16);
+    for (size_t size = 0; size <= 8; ++size) {
+        bit_reader in(storage.data(), storage.data() + size);
+        for (size_t i = 0; i < size; ++i) ASSERT_EQ(in.bits(8), 0xFFu) << size;
+        ASSERT_EQ(in.bits(8), 0u) << size;
+        ASSERT_EQ(in.bits64(56), 0u) << size;
+    }
+}
+
 TEST(bit_reader, an_empty_range_and_one_whose_fence_lies_below_its_start_have_no_bytes)
 {
     const bytes block(hex("FF FF"));
