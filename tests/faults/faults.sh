@@ -1,7 +1,7 @@
 #!/bin/sh
 # One case of what can go wrong around the program.
 #   faults.sh CASE PROGRAM TOOLS FAULT_IN_READ STREAMS plain|watched
-# TOOLS is the folder of measure and make_pat_flood, FAULT_IN_READ the library that is preloaded, STREAMS the folder that
+# TOOLS is the folder of measure and the floods, FAULT_IN_READ the library that is preloaded, STREAMS the folder that
 # make_streams has filled. A case that cannot be tried here says so and ends with status 77. watched: the program has
 # been built with sanitizers or counters.
 set -eu
@@ -254,6 +254,21 @@ constant_memory() {
         [ "$peak" -lt 8192 ] || fail "more than 8 MiB"
         [ $((peak - small)) -lt 256 ] || fail "more for a larger file"
     done
+}
+
+# A stream that makes the program keep all that one can.
+most_memory() {
+    "$tools/make_memory_flood" >flood.ts
+    run "$program" -std flood.ts
+    status_is 0
+    programs=$(grep -c 'First aware of, tracking program' report)
+    [ "$programs" = 65535 ] || fail "$programs programs"
+    sections=$(grep -c '^!!! PID 0x[0-9a-f]* table error: checksum failed$' report)
+    [ "$sections" = 8192 ] || fail "$sections sections have been collected"
+    if [ "$build" != plain ]; then return; fi
+    peak=$(peak_of -std flood.ts)
+    echo "peak memory: $peak KiB"
+    [ "$peak" -lt 280000 ] || fail "more than 280 MB"
 }
 
 # The best of 10 runs, so that a busy machine does not matter.
