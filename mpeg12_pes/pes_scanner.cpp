@@ -2,8 +2,9 @@
 
 #include "mpeg12_ts/bit_reader.h"
 #include "mpeg12_ts/bytes.h"
+#include "mpeg12_ts/new_record.h"
 
-#include <new>
+#include <cstdlib>
 
 namespace {
 
@@ -124,7 +125,7 @@ const uint8_t *packet_end(const uint8_t *p, const uint8_t *fence)
 
 mpeg_pes *mpeg_pes_create()
 {
-    return new (std::nothrow) mpeg_pes;
+    return new_record<mpeg_pes>();
 }
 
 const unsigned char *mpeg_pes_scan(mpeg_pes *pes, const unsigned char *start, const unsigned char *fence)
@@ -148,5 +149,5 @@ const unsigned char *mpeg_pes_scan(mpeg_pes *pes, const unsigned char *start, co
 
 void mpeg_pes_destroy(mpeg_pes *pes)
 {
-    delete pes;
+    std::free(pes);
 }

@@ -32,6 +32,7 @@ void interrupt_catch()
 {
     catch_signal(SIGINT);
     catch_signal(SIGTERM);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 void interrupt_stop_if_noted()

@@ -1,5 +1,6 @@
 #include "mpeg_ts_analysis/driver/run_analysis.h"
 
+#include "mpeg12_ts/new_record.h"
 #include "mpeg_ts_analysis/driver/bitrate.h"
 #include "mpeg_ts_analysis/driver/packet_dump.h"
 #include "mpeg_ts_analysis/driver/packet_size.h"
@@ -13,9 +14,9 @@
 #include "mpeg_ts_analysis/teletext/teletext_pes.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
 
 namespace {
 
@@ -130,9 +131,13 @@ void print_summary()
 int run_analysis(const char *path, size_t block_size)
 {
     // Not on the stack, which might not find room to grow later, when memory is short.
-    const std::unique_ptr<packet_file> file(new (std::nothrow) packet_file);
+    const std::unique_ptr<packet_file, decltype(&std::free)> file(new_record<packet_file>(), &std::free);
 
-    if (file == nullptr || !packet_file_open(file.get(), path)) {
+    if (file == nullptr) {
+        std::fprintf(stderr, "mpeg_ts_analysis: not enough memory to read a file\n");
+        return 1;
+    }
+    if (!packet_file_open(file.get(), path)) {
         std::fprintf(stderr, "Cannot open file '%s'\n", path);
         return 1;
     }

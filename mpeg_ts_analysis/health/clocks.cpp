@@ -1,8 +1,9 @@
 #include "mpeg_ts_analysis/health/clocks.h"
 
+#include "mpeg12_ts/new_record.h"
 #include "mpeg_ts_analysis/state/process_state.h"
 
-#include <new>
+#include <cstdlib>
 
 program_clock *program_clock_get(uint16_t program_number)
 {
@@ -14,7 +15,7 @@ program_clock *program_clock_create(uint16_t program_number, uint16_t pmt_pid)
     program_clock *&clock = program_table[program_number];
     if (clock != nullptr) return clock;
 
-    clock = new (std::nothrow) program_clock;
+    clock = new_record<program_clock>();
     if (clock == nullptr) return nullptr;
     clock->program_number = program_number;
     clock->pmt_pid = pmt_pid;
@@ -25,7 +26,7 @@ program_clock *program_clock_create(uint16_t program_number, uint16_t pmt_pid)
 
 void program_clock_free(uint16_t program_number)
 {
-    delete program_table[program_number];
+    std::free(program_table[program_number]);
     program_table[program_number] = nullptr;
 }
 

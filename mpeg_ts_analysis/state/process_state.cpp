@@ -1,6 +1,7 @@
 #include "mpeg_ts_analysis/state/process_state.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 analysis_settings settings;
@@ -23,7 +24,7 @@ void process_state_reset()
     std::fill(std::begin(tracked_pmts), std::end(tracked_pmts), uint64_t{0});
     std::fill(std::begin(last_continuity_counter), std::end(last_continuity_counter), no_continuity_counter);
     for (program_clock *&clock : program_table) {
-        delete clock;
+        std::free(clock);
         clock = nullptr;
     }
     current_nit_pid = default_nit_pid;

@@ -66,6 +66,13 @@ full_device() {
     errors_are "mpeg_ts_analysis: cannot write the report: No space left on device"
 }
 
+file_size_limit() {
+    status=0
+    (ulimit -f 8 && exec "$program" -dump-ts "$dvb") >report 2>errors || status=$?
+    status_is 1
+    errors_are "mpeg_ts_analysis: cannot write the report: File too large"
+}
+
 closed_output() {
     status=0
     "$program" "$dvb" >&- 2>errors || status=$?
@@ -218,6 +225,30 @@ no_memory_for_programs() {
     done
     [ $stopped -gt 0 ] || fail "there was always memory for all programs"
     echo "stopped in $stopped sizes, completed with $limit KiB"
+}
+
+# shellcheck disable=SC3045
+# From an address space that is too small to load the program on: never an end without a reason.
+no_memory_to_start() {
+    plain_build_only
+    : >empty.ts
+    limit=3000 status=127 refused=0
+    while [ $status != 0 ]; do
+        limit=$((limit + 8))
+        [ $limit -lt 30000 ] || skip "the address space cannot be limited here"
+        status=0
+        (ulimit -v $limit && exec "$program" -std empty.ts) >report 2>errors || status=$?
+        case $status in
+        0 | 127) ;;
+        1)
+            errors_are "mpeg_ts_analysis: not enough memory to read a file"
+            refused=$((refused + 1))
+            ;;
+        *) fail "exit status $status with $limit KiB" ;;
+        esac
+    done
+    [ $refused -gt 0 ] || fail "there was always enough memory to read a file"
+    echo "refused in $refused sizes, completed with $limit KiB"
 }
 
 # Sparse: some packets at the start, nothing, and one packet at the end, beyond 2 to the power of 32. Holes are read

@@ -4,6 +4,7 @@ add_tests_of(mpeg12_ts
     crc32_folding_test.cpp
     crc32_test.cpp
     network_information_test.cpp
+    new_record_test.cpp
     packet_adaptation_test.cpp
     packet_sweep_test.cpp
     packet_test.cpp

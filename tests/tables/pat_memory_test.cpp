@@ -2,8 +2,9 @@
 
 #include "mpeg_ts_analysis/tables/table_dispatch.h"
 
+#include <algorithm>
 #include <csignal>
-#include <new>
+#include <cstdlib>
 #include <unistd.h>
 
 struct pat_memory : report_test {};
@@ -32,10 +33,13 @@ void run_without_memory()
 
 } // namespace
 
-/// In place of the standard library's; fails when the test says so.
-void *operator new(size_t size, const std::nothrow_t &) noexcept
+/// In place of the C library's; fails when the test says so.
+void *aligned_alloc(size_t alignment, size_t size) noexcept
 {
-    return memory_is_short ? nullptr : ::operator new(size);
+    void *memory = nullptr;
+    if (memory_is_short || posix_memalign(&memory, std::max(alignment, sizeof(void *)), size) != 0)
+        return nullptr;
+    return memory;
 }
 
 TEST_F(pat_memory, without_memory_for_a_program_the_report_is_written_and_the_process_aborts)
