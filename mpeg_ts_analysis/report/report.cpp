@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <poll.h>
 #include <unistd.h>
 
 char report_bytes[report_buffer_size];
@@ -28,12 +29,20 @@ std::string *diverted_to = nullptr;
     _exit(1);
 }
 
+void wait_until_writable()
+{
+    pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+    poll(&output, 1, -1);
+}
+
 void write_out(const char *p, const char *fence)
 {
     while (p < fence) {
         const ssize_t written = write(STDOUT_FILENO, p, static_cast<size_t>(fence - p));
         if (written >= 0)
             p += written;
+        else if (errno == EAGAIN) // whoever shares the output has made it non-blocking
+            wait_until_writable();
         else if (errno != EINTR)
             stop_unwritable(errno);
     }

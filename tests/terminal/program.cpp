@@ -32,6 +32,7 @@ channel open_channel(output_kind kind)
         if (pipe(both) != 0) throw std::runtime_error("no pipe");
         ends.ours = both[0];
         ends.theirs = both[1];
+        if (kind == output_kind::nonblocking_pipe) fcntl(ends.theirs, F_SETFL, O_NONBLOCK);
     }
     fcntl(ends.ours, F_SETFD, FD_CLOEXEC);
     return ends;

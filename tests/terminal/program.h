@@ -6,7 +6,7 @@
 #include <vector>
 
 /// What an end of the program's output is.
-enum class output_kind { pipe, terminal };
+enum class output_kind { pipe, nonblocking_pipe, terminal };
 
 struct program_result {
     std::string output; ///< standard output

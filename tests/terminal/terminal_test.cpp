@@ -95,6 +95,20 @@ TEST(terminal, an_interrupt_ends_a_long_dump_with_whole_lines_and_no_summary)
     EXPECT_EQ(result.output.find("* Scan complete"), std::string::npos);
 }
 
+TEST(terminal, a_pipe_that_does_not_block_gets_the_whole_report)
+{
+    const long_stream stream(1);
+    const std::vector<std::string> arguments = {"-dump-ts=all", stream.path};
+    program dump(arguments, output_kind::nonblocking_pipe, output_kind::pipe);
+    // The pipe is full before the first byte is read.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const program_result result = dump.finish();
+
+    EXPECT_EQ(result.wait_status, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output, run(arguments, output_kind::pipe, output_kind::pipe).output);
+}
+
 TEST(terminal, what_was_found_in_a_pipe_is_shown_before_more_is_read)
 {
     int ends[2];
