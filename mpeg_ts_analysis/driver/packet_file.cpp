@@ -59,7 +59,8 @@ bool packet_file_open(packet_file *file, const char *path)
 {
     struct stat status = {};
 
-    file->descriptor = open(path, O_RDONLY | O_CLOEXEC);
+    while ((file->descriptor = open(path, O_RDONLY | O_CLOEXEC)) < 0 && errno == EINTR)
+        interrupt_stop_if_noted();
     if (file->descriptor < 0) return false;
     const bool regular = fstat(file->descriptor, &status) == 0 && S_ISREG(status.st_mode);
     file->size = regular ? static_cast<unsigned long long>(status.st_size) : 0;

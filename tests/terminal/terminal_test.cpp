@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <regex>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -107,6 +108,24 @@ TEST(terminal, a_pipe_that_does_not_block_gets_the_whole_report)
     EXPECT_EQ(result.wait_status, 0);
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(result.output, run(arguments, output_kind::pipe, output_kind::pipe).output);
+}
+
+TEST(terminal, an_interrupt_ends_the_wait_for_the_writer_of_a_named_pipe)
+{
+    char name[] = "/tmp/mpeg_ts_pipe_XXXXXX";
+    ASSERT_NE(mkdtemp(name), nullptr);
+    const std::string path = std::string(name) + "/pipe";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    program scan({path}, output_kind::pipe, output_kind::pipe);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    scan.signal(SIGINT);
+    const program_result result = scan.finish();
+    unlink(path.c_str());
+    rmdir(name);
+
+    EXPECT_TRUE(WIFSIGNALED(result.wait_status) && WTERMSIG(result.wait_status) == SIGINT);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
 }
 
 TEST(terminal, what_was_found_in_a_pipe_is_shown_before_more_is_read)
