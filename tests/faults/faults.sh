@@ -241,7 +241,7 @@ no_memory_to_start() {
         case $status in
         0 | 127) ;;
         1)
-            errors_are "mpeg_ts_analysis: not enough memory to read a file"
+            errors_end_with "mpeg_ts_analysis: not enough memory to read a file"
             refused=$((refused + 1))
             ;;
         *) fail "exit status $status with $limit KiB" ;;
