@@ -1,6 +1,7 @@
 #include "mpeg_ts_analysis/driver/command_line.h"
 #include "mpeg_ts_analysis/driver/interrupt.h"
 #include "mpeg_ts_analysis/driver/run_analysis.h"
+#include "mpeg_ts_analysis/report/report.h"
 #include "mpeg_ts_analysis/state/process_state.h"
 
 #include <unistd.h>
@@ -12,5 +13,7 @@ int main(int argc, char **argv)
 
     interrupt_catch();
     const char *const path = parse_command_line(argc, argv);
-    return path != nullptr ? run_analysis(path) : 1;
+    const int status = path != nullptr ? run_analysis(path) : 1;
+    report_close();
+    return status;
 }

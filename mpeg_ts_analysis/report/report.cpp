@@ -154,6 +154,13 @@ void report_flush()
         write_out(report_bytes, end);
 }
 
+void report_close()
+{
+    report_flush();
+    // Standard output that was never open has lost nothing, or the flush would have said so.
+    if (close(STDOUT_FILENO) != 0 && errno != EBADF && errno != EINTR) stop_unwritable(errno);
+}
+
 void report_divert(std::string *sink)
 {
     report_flush();

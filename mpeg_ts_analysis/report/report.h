@@ -25,5 +25,9 @@ void report_line(const char *line);
 /// Writes out what the buffer holds.
 void report_flush();
 
+/// Writes out what the buffer holds and closes standard output; an error that only the closing tells of
+/// counts as one of writing.
+void report_close();
+
 /// Sends the report to a string instead of standard output; null sends it back. For tests.
 void report_divert(std::string *sink);

@@ -1,12 +1,12 @@
 #!/bin/sh
 # One case of what can go wrong around the program.
-#   faults.sh CASE PROGRAM TOOLS FAULT_IN_READ STREAMS plain|watched
-# TOOLS is the folder of measure and the floods, FAULT_IN_READ the library that is preloaded, STREAMS the folder that
+#   faults.sh CASE PROGRAM TOOLS FAULT_INJECTION STREAMS plain|watched
+# TOOLS is the folder of measure and the floods, FAULT_INJECTION the library that is preloaded, STREAMS the folder that
 # make_streams has filled. A case that cannot be tried here says so and ends with status 77. watched: the program has
 # been built with sanitizers or counters.
 set -eu
 
-case=$1 program=$2 tools=$3 fault_in_read=$4 streams=$5 build=$6
+case=$1 program=$2 tools=$3 fault_injection=$4 streams=$5 build=$6
 dvb=$streams/dvb.ts
 
 work=$(mktemp -d)
@@ -37,7 +37,7 @@ run_with_fault() { # fault, call, arguments of the program
     fault=$1 at=$2
     shift 2
     status=0
-    FAULT=$fault FAULT_AT=$at LD_PRELOAD=$fault_in_read ASAN_OPTIONS=verify_asan_link_order=0 \
+    FAULT=$fault FAULT_AT=$at LD_PRELOAD=$fault_injection ASAN_OPTIONS=verify_asan_link_order=0 \
         "$program" "$@" >report 2>errors || status=$?
 }
 
@@ -78,6 +78,22 @@ closed_output() {
     "$program" "$dvb" >&- 2>errors || status=$?
     status_is 1
     errors_are "mpeg_ts_analysis: cannot write the report: Bad file descriptor"
+}
+
+# So a network file system tells of what it could not store.
+output_fails_to_close() {
+    run_with_fault close 1 "$dvb"
+    status_is 1
+    errors_are "mpeg_ts_analysis: cannot write the report: Input/output error"
+    same_report_as expected
+}
+
+# Who only asks for the usage text has no report to lose.
+closed_output_without_report() {
+    status=0
+    "$program" -help >&- 2>errors || status=$?
+    status_is 1
+    if grep -q 'cannot write' errors; then fail "a report is missed"; fi
 }
 
 # The input is then opened as descriptor 2: nothing may be written into it, and the report is as always.

@@ -1,10 +1,11 @@
-// Preloaded into the analyser: lets read() of the input go wrong. FAULT says how, FAULT_AT at which call
-// (from 1).
+// Preloaded into the analyser: lets read() of the input or close() of the report go wrong. FAULT says how,
+// FAULT_AT at which call of read() (from 1).
 //   error      that call and all later ones fail with EIO
 //   interrupt  every other call fails with EINTR
 //   short      no call returns more than 7 bytes
 //   shrink     before that call the file is cut to nothing
 //   grow       before that call 188000 bytes of padding packets are put behind the file's end
+//   close      closing standard output fails with EIO, wherever FAULT_AT is
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 extern "C" ssize_t faulty_read(int descriptor, void *buffer, size_t size) __asm__("read");
 extern "C" ssize_t faulty_checked_read(int descriptor, void *buffer, size_t size,
                                        size_t room) __asm__("__read_chk");
+extern "C" int faulty_close(int descriptor) __asm__("close");
 
 namespace {
 
@@ -74,4 +76,13 @@ ssize_t faulty_read(int descriptor, void *buffer, size_t size)
 ssize_t faulty_checked_read(int descriptor, void *buffer, size_t size, size_t)
 {
     return faulty_read(descriptor, buffer, size);
+}
+
+int faulty_close(int descriptor)
+{
+    if (descriptor == STDOUT_FILENO && is_fault("close")) {
+        errno = EIO;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_close, descriptor));
 }
