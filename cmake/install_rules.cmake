@@ -19,7 +19,8 @@ install(FILES LICENSE CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 install(TARGETS ${library_targets} EXPORT mpeg12Targets)
 foreach(library IN LISTS library_targets)
-    install(DIRECTORY ${library} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
+    install(DIRECTORY ${library} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+            FILES_MATCHING PATTERN "*.h" PATTERN "new_record.h" EXCLUDE)
 endforeach()
 
 # The analyser is optimised together with the library, which saves it 0.6 to 4 % of its instructions; hence objects with

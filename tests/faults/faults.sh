@@ -1,7 +1,7 @@
 #!/bin/sh
 # One case of what can go wrong around the program.
 #   faults.sh CASE PROGRAM TOOLS FAULT_INJECTION STREAMS plain|watched
-# TOOLS is the folder of measure and the floods, FAULT_INJECTION the library that is preloaded, STREAMS the folder that
+# TOOLS is the folder of measure and make_flood, FAULT_INJECTION the library that is preloaded, STREAMS the folder that
 # make_streams has filled. A case that cannot be tried here says so and ends with status 77. watched: the program has
 # been built with sanitizers or counters.
 set -eu
@@ -217,7 +217,7 @@ terminated() {
 # memory for all the programs, at last there is.
 no_memory_for_programs() {
     plain_build_only
-    "$tools/make_pat_flood" >flood.ts
+    "$tools/make_flood" programs >flood.ts
     : >empty.ts
     limit=3000
     until (ulimit -v $limit && exec "$program" -std empty.ts) >/dev/null 2>&1; do
@@ -305,7 +305,7 @@ constant_memory() {
 
 # A stream that makes the program keep all that one can.
 most_memory() {
-    "$tools/make_memory_flood" >flood.ts
+    "$tools/make_flood" all >flood.ts
     run "$program" -std flood.ts
     status_is 0
     programs=$(grep -c 'First aware of, tracking program' report)
