@@ -15,8 +15,23 @@ set(mpeg_ts_analysis/teletext mpeg_ts_analysis/report mpeg_ts_analysis/state mpe
 set(mpeg_ts_analysis/driver mpeg_ts_analysis/report mpeg_ts_analysis/state mpeg_ts_analysis/health
     mpeg_ts_analysis/descriptors mpeg_ts_analysis/tables mpeg_ts_analysis/teletext mpeg12_ts mpeg12_pes text)
 
+set(mpeg_ts_overview/model mpeg12_ts)
+set(mpeg_ts_overview/input mpeg_ts_overview/model ${mpeg_ts_overview/model})
+set(mpeg_ts_overview/timeline mpeg_ts_overview/input ${mpeg_ts_overview/input})
+set(mpeg_ts_overview/tables mpeg_ts_overview/timeline ${mpeg_ts_overview/timeline})
+set(mpeg_ts_overview/meters mpeg_ts_overview/tables ${mpeg_ts_overview/tables})
+# Contents, the transcript and the checks do not know each other.
+set(mpeg_ts_overview/contents mpeg_ts_overview/meters ${mpeg_ts_overview/meters} text)
+set(mpeg_ts_overview/transcript mpeg_ts_overview/meters ${mpeg_ts_overview/meters} mpeg_ts_analysis/report
+    mpeg_ts_analysis/state mpeg_ts_analysis/health mpeg_ts_analysis/descriptors mpeg_ts_analysis/tables
+    mpeg_ts_analysis/teletext text)
+set(mpeg_ts_overview/checks mpeg_ts_overview/meters ${mpeg_ts_overview/meters})
+set(mpeg_ts_overview/output mpeg_ts_overview/contents mpeg_ts_overview/transcript mpeg_ts_overview/checks
+    ${mpeg_ts_overview/contents})
+set(mpeg_ts_overview/driver mpeg_ts_overview/output ${mpeg_ts_overview/output})
+
 file(GLOB_RECURSE sources RELATIVE "${ROOT}" "${ROOT}/text/*.[ch]*" "${ROOT}/mpeg12_ts/*.[ch]*"
-     "${ROOT}/mpeg12_pes/*.[ch]*" "${ROOT}/mpeg_ts_analysis/*.[ch]*")
+     "${ROOT}/mpeg12_pes/*.[ch]*" "${ROOT}/mpeg_ts_analysis/*.[ch]*" "${ROOT}/mpeg_ts_overview/*.[ch]*")
 set(faults 0)
 set(includes_seen 0)
 foreach(source IN LISTS sources)
