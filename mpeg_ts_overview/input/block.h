@@ -1,0 +1,64 @@
+// A block of the recording: its bytes, and the steps in which the packets found in them are measured.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+constexpr size_t block_size = size_t{256} * 1024;
+/// Room before a block for the bytes that the block before it left over.
+constexpr size_t block_headroom = 8192;
+
+enum class step_kind : uint8_t {
+    run,           ///< packets of one PID that differ in their counter only: see packet_run
+    packet,        ///< one packet that is looked at by itself
+    bad_slot,      ///< a packet without its sync byte
+    sync_loss,     ///< sync was lost before the next packet; no packet itself
+    arrival_break, ///< the arrival time of the next packet does not follow; no packet itself
+};
+
+struct scan_step {
+    const uint8_t *start = nullptr; ///< sync byte of the first packet, or where it should be
+    const int64_t *arrival =
+        nullptr;        ///< unwrapped arrival ticks of the packets, one each; null without stamps
+    uint64_t index = 0; ///< of the first packet
+    uint32_t count = 0; ///< packets; 0 for what is no packet
+    step_kind kind = step_kind::packet;
+    bool repeats_previous = false; ///< see ts_packet
+};
+
+/// Steps point into the bytes: a block neither moves nor is copied.
+struct block {
+    explicit block(size_t size) : storage(new uint8_t[block_headroom + size]) {}
+    block(const block &) = delete;
+    block &operator=(const block &) = delete;
+
+    std::unique_ptr<uint8_t[]> storage;
+    const uint8_t *first = nullptr; ///< first byte
+    const uint8_t *fence =
+        nullptr;         ///< one past the last byte; what is left over stands in the next block too
+    uint64_t offset = 0; ///< of the first byte in the recording
+    const uint8_t *in_sync_from = nullptr; ///< start of the first packet since sync was last found
+    uint64_t in_sync_index = 0;            ///< its index
+    uint64_t fence_index = 0;              ///< one past the index of the last packet
+    std::vector<scan_step> steps;
+    std::vector<int64_t> arrival; ///< of each packet, where there are stamps
+    /// The steps, by number, whose packet has a PCR or the discontinuity_indicator, and no transport error.
+    std::vector<uint32_t> clock_steps;
+};
+
+/// Blocks that are free, used again last in, first out, so that they are still in the cache.
+class block_pool {
+public:
+    /// Blocks of size bytes and the headroom.
+    explicit block_pool(size_t size) : bytes_of_a_block(size) {}
+
+    /// A block without steps.
+    std::unique_ptr<block> take();
+    void give_back(std::unique_ptr<block> used) { free_blocks.push_back(std::move(used)); }
+
+private:
+    size_t bytes_of_a_block;
+    std::vector<std::unique_ptr<block>> free_blocks;
+};
