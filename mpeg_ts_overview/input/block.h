@@ -41,11 +41,15 @@ struct block {
     uint64_t offset = 0; ///< of the first byte in the recording
     const uint8_t *in_sync_from = nullptr; ///< start of the first packet since sync was last found
     uint64_t in_sync_index = 0;            ///< its index
+    uint64_t first_index = 0;              ///< of the first packet
     uint64_t fence_index = 0;              ///< one past the index of the last packet
     std::vector<scan_step> steps;
-    std::vector<int64_t> arrival; ///< of each packet, where there are stamps
+    std::vector<int64_t> arrival; ///< unwrapped arrival ticks of each packet; empty without stamps
     /// The steps, by number, whose packet has a PCR or the discontinuity_indicator, and no transport error.
     std::vector<uint32_t> clock_steps;
+
+    /// Offset in the recording of a byte of the block.
+    uint64_t offset_of(const uint8_t *byte) const { return offset + static_cast<uint64_t>(byte - first); }
 };
 
 /// Blocks that are free, used again last in, first out, so that they are still in the cache.

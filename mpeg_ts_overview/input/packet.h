@@ -31,12 +31,9 @@ ts_packet read_packet(const uint8_t *start);
 
 /// Packets in sequence of one PID with payload only, all clear or all scrambled, that start no unit.
 struct packet_run {
-    const uint8_t *start = nullptr; ///< sync byte of the first
-    unsigned stride = 0;            ///< bytes from one packet's sync byte to the next one's
     uint16_t pid = 0;
     uint8_t transport_scrambling_control = 0; ///< 0 to 3
-    uint8_t first_counter = 0;                ///< continuity_counter of the first
+    uint8_t last_counter = 0;                 ///< continuity_counter of the last
     uint64_t first = 0;                       ///< index of the first
     uint64_t count = 0;
-    moment at; ///< of the first
 };

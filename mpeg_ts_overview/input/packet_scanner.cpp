@@ -93,7 +93,7 @@ std::unique_ptr<block> packet_scanner::next_block()
     release_blocks();
     recent.push_back(b.get());
     b->in_sync_from = p;
-    b->in_sync_index = b->fence_index = index;
+    b->in_sync_index = b->first_index = b->fence_index = index;
     // Steps point into the arrival times, which therefore must not move.
     if (found.sync_offset != 0) b->arrival.reserve((block_headroom + block_bytes) / found.packet_size + 1);
     scan(*b);
@@ -149,7 +149,7 @@ bool packet_scanner::regain_sync(block &b)
         return false;
     }
     p = start;
-    totals.skipped_bytes += b.offset + static_cast<uint64_t>(p - b.first) - lost_at;
+    totals.skipped_bytes += b.offset_of(p) - lost_at;
     in_sync = true;
     b.in_sync_from = p;
     b.in_sync_index = index;
@@ -169,7 +169,7 @@ bool packet_scanner::scan_bad_sync(block &b)
         totals.sync_byte_errors++;
         totals.sync_losses++;
         in_sync = false;
-        lost_at = b.offset + static_cast<uint64_t>(p - b.first);
+        lost_at = b.offset_of(p);
         return false;
     }
     if (found.sync_offset != 0) b.arrival.push_back(arrival.ticks());
@@ -278,7 +278,6 @@ void packet_scanner::add_step(block &b, step_kind kind, uint32_t count)
     step.count = count;
     step.index = index;
     step.start = p + found.sync_offset;
-    if (found.sync_offset != 0 && count > 0) step.arrival = b.arrival.data() + b.arrival.size() - count;
     index += count;
     p += size_t{count} * found.packet_size;
 }

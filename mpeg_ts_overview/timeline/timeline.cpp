@@ -4,11 +4,13 @@
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/timeline/median.h"
 
+#include <numeric>
+
 namespace {
 
 constexpr int64_t bits_of_a_packet = int64_t{mpeg_ts_packet_size} * 8;
 
-clock_packet clock_packet_of(const scan_step &step)
+clock_packet clock_packet_of(const block &scanned, const scan_step &step)
 {
     const ts_packet packet = read_packet(step.start);
     clock_packet result;
@@ -17,7 +19,7 @@ clock_packet clock_packet_of(const scan_step &step)
     result.pid = packet.pid;
     result.discontinuity_indicator = packet.discontinuity_indicator;
     if (!step.repeats_previous) result.PCR = packet.PCR;
-    if (step.arrival != nullptr) result.arrival_ticks = *step.arrival;
+    if (!scanned.arrival.empty()) result.arrival_ticks = scanned.arrival[step.index - scanned.first_index];
     return result;
 }
 
@@ -32,7 +34,7 @@ timeline::timeline(std::optional<time_base_kind> wanted, int64_t bitrate_bps, bo
 void timeline::add_block(const block &scanned)
 {
     for (const uint32_t number : scanned.clock_steps) {
-        const clock_packet packet = clock_packet_of(scanned.steps[number]);
+        const clock_packet packet = clock_packet_of(scanned, scanned.steps[number]);
         if (packet.pid != mpeg_ts_padding_pid) pcr.add(packet);
     }
     pcr.scanned_to(scanned.fence_index);
@@ -86,8 +88,9 @@ bool timeline::next_span(time_span *span)
     if (*settled == time_base_kind::arrival) span->source = time_source::arrival;
     if (*settled == time_base_kind::bitrate) {
         span->source = time_source::line;
-        span->ticks = bits_of_a_packet * ticks_per_second;
-        span->packets = bitrate;
+        const int64_t common = std::gcd(bits_of_a_packet * ticks_per_second, bitrate);
+        span->ticks = bits_of_a_packet * ticks_per_second / common;
+        span->packets = bitrate / common;
     }
     return true;
 }
