@@ -124,10 +124,10 @@ void recording_walk::tell_break(moment at, time_break_kind kind)
 moment recording_walk::moment_of(const block &b, const scan_step &step) const
 {
     return {step.index, b.offset_of(step.start - scanner.grid().sync_offset), times.ticks_of(step.index),
-            span.inside_break ? -1 : stretch};
+            span.inside_break ? -1 : stretch, span.extrapolated};
 }
 
 moment recording_walk::end(uint64_t byte, std::optional<int64_t> ticks) const
 {
-    return {next_packet, byte, ticks, span.inside_break ? -1 : stretch};
+    return {next_packet, byte, ticks, span.inside_break ? -1 : stretch, span.extrapolated};
 }
