@@ -9,6 +9,7 @@ void survey::begin_times(const packet_times &times)
 void survey::end_times()
 {
     pids.end();
+    rates.end();
 }
 
 void survey::begin_stretch(const moment &) {}

@@ -48,7 +48,7 @@ packet_sequence continuity_meter::on_copy(const ts_packet &packet, counter_state
 {
     packet_sequence sequence;
     sequence.duplicate = true;
-    sequence.error = state.after_duplicate && !packet.discontinuity_indicator;
+    sequence.error = state.after_duplicate;
     if (sequence.error) {
         counted[packet.pid].errors++;
         log.add(packet.at, packet.pid, "a packet sent more than twice");
