@@ -58,8 +58,9 @@ public:
 
 private:
     struct pid_clock {
-        pcr_facts facts; ///< of no PID beyond the limit
-        uint64_t PCR = 0;
+        pcr_facts facts;           ///< of no PID beyond the limit
+        uint64_t first_packet = 0; ///< of the first PCR
+        int64_t PCR = 0;           ///< the last one
         moment at;
         bool flagged = false; ///< a discontinuity_indicator came behind the PCR
         bool kept = false;    ///< has a row
@@ -75,10 +76,10 @@ private:
     bool keep(pid_clock &clock);
     void take_pcr(pid_clock &clock, const ts_packet &packet, bool is_program_clock);
     void take_pair(pid_clock &clock, const ts_packet &packet, bool is_program_clock);
-    void add_point(pid_clock &clock, const ts_packet &packet);
+    void add_point(pid_clock &clock, const ts_packet &packet, int64_t difference);
     void close_window(pid_clock &clock);
     void close_windows();
-    pcr_facts row_of(const pid_clock &clock, const recording_end &end) const;
+    static pcr_facts row_of(const pid_clock &clock, const recording_end &end);
 
     interval_limit repetition;
     violation_log leaps;

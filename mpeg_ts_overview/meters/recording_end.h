@@ -7,7 +7,7 @@
 #include <vector>
 
 struct recording_end {
-    moment at; ///< behind the last packet; its ticks are the duration
+    moment at; ///< behind the last packet, extrapolated as that is; its ticks are the duration
     bool constant_bitrate = false;
     std::vector<uint16_t> clock_pids; ///< PIDs that were the clock; empty unless the time base is pcr
 
