@@ -34,7 +34,7 @@ reading_outcome overview_of(byte_source source, const overview_request &request,
         return reading_outcome::no_arrival_time_stamps;
 
     timeline times(request.time_base, static_cast<int64_t>(request.bitrate_bps), has_stamps);
-    survey measured(scanner.grid().packet_size);
+    survey measured(request, scanner.grid().packet_size);
     recording_walk walk(scanner, measured);
     while (std::unique_ptr<block> next = scanner.next_block()) {
         times.add_block(*next);

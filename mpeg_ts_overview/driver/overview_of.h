@@ -1,24 +1,9 @@
 // From a recording to its overview.
 #pragma once
 
+#include "mpeg_ts_overview/driver/overview_request.h"
 #include "mpeg_ts_overview/input/packet_scanner.h"
-#include "mpeg_ts_overview/model/limits.h"
 #include "mpeg_ts_overview/model/overview.h"
-
-#include <cstdint>
-#include <optional>
-
-/// How a recording is to be read.
-struct overview_request {
-    unsigned packet_size = 0;                ///< 188, 192 or 204; 0: find it
-    std::optional<time_base_kind> time_base; ///< none: find it
-    uint64_t bitrate_bps = 0;                ///< where the time base is bitrate
-    bool whole_multiplex = false;
-    limits other_limits;
-    uint32_t assume_country = 0;   ///< private_data_specifier; 0: none
-    std::optional<bool> atsc_mode; ///< none: find it
-    size_t block_bytes = block_size;
-};
 
 enum class reading_outcome {
     done,

@@ -11,7 +11,7 @@ class packet_listener {
 public:
     virtual ~packet_listener() = default;
 
-    /// The packets that are told next lie in these times, until end_times.
+    /// The packets that are told next lie in these times, which stay where they are until end_times.
     virtual void begin_times(const packet_times &times) = 0;
     virtual void end_times() = 0;
 

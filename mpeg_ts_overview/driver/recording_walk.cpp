@@ -40,10 +40,15 @@ bool recording_walk::begin_times(const block &b, const scan_step &step, timeline
     while (step.index >= span.fence)
         if (!known.next_span(&span)) return false;
 
-    times = {&span, &b, step.index, std::min(span.fence, b.fence_index)};
+    times = {&span,
+             &b,
+             step.index,
+             std::min(span.fence, b.fence_index),
+             span.inside_break ? -1 : stretch,
+             scanner.grid().sync_offset};
     in_times = true;
     told.begin_times(times);
-    if (is_new_span) begin_span(b, step);
+    if (is_new_span) begin_span(step);
     return true;
 }
 
@@ -53,15 +58,15 @@ void recording_walk::end_times()
     in_times = false;
 }
 
-void recording_walk::begin_span(const block &b, const scan_step &step)
+void recording_walk::begin_span(const scan_step &step)
 {
     if (span.break_before) {
-        ++stretch;
-        const moment at = moment_of(b, step);
+        begin_next_stretch();
+        const moment at = times.moment_of(step.index, step.start);
         told.on_break({at, *span.break_before, span.pcr_jump_ticks});
         told.begin_stretch(at);
     } else if (!had_times && times.known()) {
-        told.begin_stretch(moment_of(b, step));
+        told.begin_stretch(times.moment_of(step.index, step.start));
     }
     had_times |= times.known();
 }
@@ -69,7 +74,6 @@ void recording_walk::begin_span(const block &b, const scan_step &step)
 /// Tells as much of the step as lies in the times in hand. Returns how many packets.
 uint32_t recording_walk::tell(const block &b, const scan_step &step)
 {
-    const moment at = moment_of(b, step);
     switch (step.kind) {
     case step_kind::run: {
         const auto count = static_cast<uint32_t>(std::min<uint64_t>(step.count, times.fence - step.index));
@@ -80,13 +84,13 @@ uint32_t recording_walk::tell(const block &b, const scan_step &step)
         tell_packet(b, step);
         return 1;
     case step_kind::bad_slot:
-        told.on_bad_slot(at);
+        told.on_bad_slot(times.moment_of(step.index, step.start));
         return 1;
     case step_kind::sync_loss:
-        tell_break(at, time_break_kind::sync_loss);
+        tell_break(step, time_break_kind::sync_loss);
         return 0;
     case step_kind::arrival_break:
-        if (span.source == time_source::arrival) tell_break(at, time_break_kind::arrival);
+        if (span.source == time_source::arrival) tell_break(step, time_break_kind::arrival);
         return 0;
     }
     return 0;
@@ -96,7 +100,7 @@ void recording_walk::tell_packet(const block &b, const scan_step &step)
 {
     ts_packet packet = read_packet(step.start);
     packet.repeats_previous = step.repeats_previous;
-    packet.at = moment_of(b, step);
+    packet.at = times.moment_of(step.index, step.start);
     if (!b.arrival.empty()) packet.arrival_ticks = b.arrival[step.index - b.first_index];
     told.on_packet(packet);
 }
@@ -113,21 +117,29 @@ void recording_walk::tell_run(const scan_step &step, uint32_t count)
     told.on_run(run, step.start);
 }
 
-void recording_walk::tell_break(moment at, time_break_kind kind)
+/// A break of no length, before the packet of the step.
+void recording_walk::tell_break(const scan_step &step, time_break_kind kind)
 {
-    ++stretch;
-    if (at.stretch >= 0) at.stretch = stretch;
+    begin_next_stretch();
+    const moment at = times.moment_of(step.index, step.start);
     told.on_break({at, kind, std::nullopt});
     if (at.ticks && at.stretch >= 0) told.begin_stretch(at);
 }
 
-moment recording_walk::moment_of(const block &b, const scan_step &step) const
+void recording_walk::begin_next_stretch()
 {
-    return {step.index, b.offset_of(step.start - scanner.grid().sync_offset), times.ticks_of(step.index),
-            span.inside_break ? -1 : stretch, span.extrapolated};
+    ++stretch;
+    if (!span.inside_break) times.stretch = stretch;
 }
 
 moment recording_walk::end(uint64_t byte, std::optional<int64_t> ticks) const
 {
-    return {next_packet, byte, ticks, span.inside_break ? -1 : stretch, span.extrapolated};
+    moment at;
+    at.packet = next_packet;
+    at.byte = byte;
+    at.ticks = ticks;
+    at.stretch = span.inside_break ? -1 : stretch;
+    // Only where packets have the time of their arrival, or there is no time, is there no line to go on.
+    at.extrapolated = span.source == time_source::line;
+    return at;
 }

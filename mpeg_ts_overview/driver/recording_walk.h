@@ -30,12 +30,12 @@ private:
     bool measure(block &b, timeline &known);
     bool begin_times(const block &b, const scan_step &step, timeline &known);
     void end_times();
-    void begin_span(const block &b, const scan_step &step);
+    void begin_span(const scan_step &step);
+    void begin_next_stretch();
     uint32_t tell(const block &b, const scan_step &step);
     void tell_packet(const block &b, const scan_step &step);
     void tell_run(const scan_step &step, uint32_t count);
-    void tell_break(moment at, time_break_kind kind);
-    moment moment_of(const block &b, const scan_step &step) const;
+    void tell_break(const scan_step &step, time_break_kind kind);
 
     packet_scanner &scanner;
     packet_listener &told;
