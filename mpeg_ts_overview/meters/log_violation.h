@@ -13,7 +13,8 @@ size_t place_of_detail(const violation_log &log, const moment &at);
 
 /// Counts a violation. text_of() gives the words and is asked only for the details that are kept.
 template <typename text_maker>
-void log_violation(violation_log &log, const moment &at, uint16_t pid, const text_maker &text_of)
+void log_violation(violation_log &log, const moment &at, std::optional<uint16_t> pid,
+                   const text_maker &text_of)
 {
     if (log.count == 0 || at.packet < log.first.packet) log.first = at;
     if (log.count == 0 || at.packet >= log.last.packet) log.last = at;

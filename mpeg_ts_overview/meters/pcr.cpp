@@ -169,6 +169,7 @@ std::vector<pcr_facts> pcr_meter::finish(const recording_end &end,
               [](const pid_clock *a, const pid_clock *b) { return a->first_packet < b->first_packet; });
 
     std::vector<pcr_facts> rows;
+    rows.reserve(kept.size());
     for (const pid_clock *clock : kept) rows.push_back(row_of(*clock, end));
     return rows;
 }
@@ -177,9 +178,7 @@ pcr_facts pcr_meter::row_of(const pid_clock &clock, const recording_end &end)
 {
     pcr_facts row = clock.facts;
     if (end.at.ticks) {
-        const int64_t bucket_ticks = bucket_ticks_of(*end.at.ticks);
-        row.interval_series_ticks =
-            clock.intervals.finish(bucket_ticks, buckets_in(*end.at.ticks, bucket_ticks));
+        row.interval_series_ticks = clock.intervals.finish(end.bucket_ticks, end.buckets);
     }
     const residual_record &record =
         end.constant_bitrate ? clock.straightness.over_index : clock.straightness.over_arrival;

@@ -7,7 +7,9 @@
 #include <vector>
 
 struct recording_end {
-    moment at; ///< behind the last packet, extrapolated as that is; its ticks are the duration
+    moment at;                ///< behind the last packet, extrapolated as that is; its ticks are the duration
+    int64_t bucket_ticks = 0; ///< width of the buckets of every series, 27 MHz; 0 without times
+    uint64_t buckets = 0;     ///< in every series
     bool constant_bitrate = false;
     std::vector<uint16_t> clock_pids; ///< PIDs that were the clock; empty unless the time base is pcr
 

@@ -237,9 +237,7 @@ time_stamp_meter::finish(const recording_end &end, const std::function<stream_ro
         row.unrelated = stamps.margins[number].unrelated;
         row.late = stamps.margins[number].late;
         if (!end.at.ticks || stamps.series != series_state::kept) continue;
-        const int64_t bucket_ticks = bucket_ticks_of(*end.at.ticks);
-        row.margin_series_ticks =
-            stamps.margin_series.finish(bucket_ticks, buckets_in(*end.at.ticks, bucket_ticks));
+        row.margin_series_ticks = stamps.margin_series.finish(end.bucket_ticks, end.buckets);
     }
     return rows;
 }
