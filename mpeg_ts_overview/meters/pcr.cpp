@@ -169,6 +169,7 @@ std::vector<pcr_facts> pcr_meter::finish(const recording_end &end,
               [](const pid_clock *a, const pid_clock *b) { return a->first_packet < b->first_packet; });
 
     std::vector<pcr_facts> rows;
+    rows.reserve(kept.size());
     for (const pid_clock *clock : kept) rows.push_back(row_of(*clock, end));
     return rows;
 }

@@ -23,6 +23,8 @@ struct fed_meter {
     {
         recording_end end;
         end.at = at;
+        if (at.ticks) end.bucket_ticks = first_bucket_ticks;
+        if (at.ticks) end.buckets = 3;
         return meter.finish(end, [this](uint16_t) { return program_clock_at_end; });
     }
     pcr_facts row()

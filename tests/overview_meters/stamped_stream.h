@@ -45,6 +45,8 @@ struct stamped_stream {
     std::vector<time_stamp_facts> finish(const moment &at)
     {
         end.at = at;
+        if (at.ticks) end.bucket_ticks = first_bucket_ticks;
+        if (at.ticks) end.buckets = 3;
         return meter.finish(end, [this](uint16_t pid) { return role_of(pid); });
     }
     /// The row of the only PID.
