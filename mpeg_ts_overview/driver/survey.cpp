@@ -93,6 +93,7 @@ recording_end survey::end_of(const timeline &known, const moment &end) const
 {
     recording_end result;
     result.at = end;
+    result.has_arrival_times = stride == mpeg_ts_m2ts_packet_size;
     result.constant_bitrate = known.clock().is_bitrate_constant();
     if (known.base() == time_base_kind::pcr) result.clock_pids = known.clock().clock_pids();
     if (const auto last_ticks = rates.last_packet_ticks()) {

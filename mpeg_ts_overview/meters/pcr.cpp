@@ -33,12 +33,13 @@ void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequen
         close_windows();
         return;
     }
-    if (packet.pid == mpeg_ts_padding_pid || sequence.duplicate) return;
-    if (!packet.PCR && number_of[packet.pid] == 0) return;
+    // A copy has no PCR of its own.
+    const bool has_PCR = packet.PCR && !sequence.duplicate;
+    if (packet.pid == mpeg_ts_padding_pid || (!has_PCR && number_of[packet.pid] == 0)) return;
 
     pid_clock &clock = clock_of(packet.pid);
     clock.flagged |= packet.discontinuity_indicator;
-    if (packet.PCR) take_pcr(clock, packet, is_program_clock);
+    if (has_PCR) take_pcr(clock, packet, is_program_clock);
 }
 
 void pcr_meter::on_program_clock(uint16_t pid, const moment &at)
@@ -184,7 +185,10 @@ pcr_facts pcr_meter::row_of(const pid_clock &clock, const recording_end &end)
         end.constant_bitrate ? clock.straightness.over_index : clock.straightness.over_arrival;
     row.residual = record.facts();
     row.residual_series = record.series();
-    if (row.residual) row.basis = end.constant_bitrate ? "index" : "arrival";
+    if (end.constant_bitrate)
+        row.basis = "index";
+    else if (end.has_arrival_times)
+        row.basis = "arrival";
     if (!is_clock(end, row.pid)) row.rate_offset = clock.straightness.rate_offset;
     return row;
 }

@@ -11,6 +11,7 @@ struct recording_end {
     int64_t bucket_ticks = 0; ///< width of the buckets of every series, 27 MHz; 0 without times
     uint64_t buckets = 0;     ///< in every series
     bool constant_bitrate = false;
+    bool has_arrival_times = false;   ///< packets are of 192 bytes
     std::vector<uint16_t> clock_pids; ///< PIDs that were the clock; empty unless the time base is pcr
 
     /// Where the bit rate varies, times by PCR are sure from the first clock point to the last only.

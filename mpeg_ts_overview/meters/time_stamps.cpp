@@ -12,8 +12,6 @@ constexpr int64_t longest_good_ticks = ticks_per_second / 10;
 /// Stamps further from the clock have nothing to do with it.
 constexpr int64_t greatest_margin_ticks = 10 * ticks_per_second;
 
-enum : size_t { all_times, sure_times };
-
 /// True when what lies on both sides cannot be compared.
 bool is_break_between(const moment &from, const moment &to)
 {
@@ -52,8 +50,7 @@ void time_stamp_meter::on_packet(const ts_packet &packet, const packet_sequence 
         on_scrambled(packet.pid);
         return;
     }
-    if (packet.payload_unit_start_indicator && (packet.adaptation_field_control & 1) != 0)
-        take_unit_start(packet, role);
+    if (packet.payload_unit_start_indicator) take_unit_start(packet, role);
 }
 
 void time_stamp_meter::on_scrambled(uint16_t pid)
@@ -185,31 +182,29 @@ void time_stamp_meter::take_margin(pid_stamps &stamps, int64_t stamp, const ts_p
                                    const stream_role &role)
 {
     const program_clock *const clock = clock_of(role.pcr_pid);
-    if (clock == nullptr || !clock->valid) return;
-    // The PCR of the packet itself needs no times.
+    if (clock == nullptr || !clock->valid || !packet.at.ticks) return;
+    // The PCR of the packet itself is good inside a break too.
     const bool own_pcr = clock->at.packet == packet.at.packet;
     const auto since = own_pcr ? std::optional<int64_t>(0) : interval_between(clock->at, packet.at);
     if (!since) return;
 
     const int64_t margin =
         nearest_difference(clock->PCR + *since, stamp * ticks_per_time_stamp, pcr_cycle_ticks);
-    count_margin(all_times, packet.pid, packet.at, stamps.margins[all_times], margin);
-    if (own_pcr || !packet.at.extrapolated)
-        count_margin(sure_times, packet.pid, packet.at, stamps.margins[sure_times], margin);
+    count_margin(stamps, packet, margin);
     if (std::abs(margin) <= greatest_margin_ticks) add_to_series(stamps, packet.at, margin);
 }
 
-void time_stamp_meter::count_margin(size_t number, uint16_t pid, const moment &at, margin_counts &counts,
-                                    int64_t margin)
+void time_stamp_meter::count_margin(pid_stamps &stamps, const ts_packet &packet, int64_t margin)
 {
+    time_stamp_facts &facts = stamps.facts;
     if (std::abs(margin) > greatest_margin_ticks) {
-        ++counts.unrelated;
+        ++facts.unrelated;
         return;
     }
-    counts.ticks.add(margin);
+    facts.margin_ticks.add(margin);
     if (margin >= 0) return;
-    ++counts.late;
-    log_violation(late_logs[number], at, pid, [&] { return "late by " + in_ms(-margin); });
+    ++facts.late;
+    log_violation(late_log, packet.at, packet.pid, [&] { return "late by " + in_ms(-margin); });
 }
 
 void time_stamp_meter::add_to_series(pid_stamps &stamps, const moment &at, int64_t margin)
@@ -225,7 +220,6 @@ void time_stamp_meter::add_to_series(pid_stamps &stamps, const moment &at, int64
 std::vector<time_stamp_facts>
 time_stamp_meter::finish(const recording_end &end, const std::function<stream_role(uint16_t pid)> &role_of)
 {
-    const size_t number = end.sure_between_clock_points_only() ? sure_times : all_times;
     std::vector<time_stamp_facts> rows;
     for (pid_stamps &stamps : all_stamps) {
         const stream_role role = role_of(stamps.facts.pid);
@@ -233,9 +227,6 @@ time_stamp_meter::finish(const recording_end &end, const std::function<stream_ro
             pts_limit.end(stamps.watch, stamps.facts.pid, end.at);
 
         time_stamp_facts &row = rows.emplace_back(stamps.facts);
-        row.margin_ticks = stamps.margins[number].ticks;
-        row.unrelated = stamps.margins[number].unrelated;
-        row.late = stamps.margins[number].late;
         if (!end.at.ticks || stamps.series != series_state::kept) continue;
         row.margin_series_ticks = stamps.margin_series.finish(end.bucket_ticks, end.buckets);
     }

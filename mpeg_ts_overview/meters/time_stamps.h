@@ -42,10 +42,7 @@ public:
     /// Intervals between arrivals of PTS, streams of still pictures aside.
     const interval_limit &pts_intervals() const { return pts_limit; }
     /// Time stamps behind the program's clock.
-    const violation_log &late(bool only_between_clock_points) const
-    {
-        return late_logs[only_between_clock_points ? 1 : 0];
-    }
+    const violation_log &late() const { return late_log; }
     /// DTS above PTS, and DTS that go back.
     const violation_log &decoding_order() const { return order_log; }
     /// True when there was a DTS, or a PTS of an audio stream.
@@ -60,11 +57,6 @@ private:
         moment at;
         bool valid = false; ///< false from a discontinuity to the next PCR
         uint64_t discontinuities = 0;
-    };
-    struct margin_counts {
-        extent ticks;
-        uint64_t unrelated = 0;
-        uint64_t late = 0;
     };
     /// The last stamp by which a unit is decoded.
     struct decoding_point {
@@ -81,7 +73,6 @@ private:
         std::optional<int64_t> PTS;
         std::optional<decoding_point> decoded;
         interval_watch watch;
-        std::array<margin_counts, 2> margins; ///< by all times, and by sure ones alone
         series_state series = series_state::none;
         bucket_series margin_series;
     };
@@ -96,12 +87,12 @@ private:
     void take_order(pid_stamps &stamps, const pes_time_stamps &read, const ts_packet &packet,
                     const stream_role &role);
     void take_margin(pid_stamps &stamps, int64_t stamp, const ts_packet &packet, const stream_role &role);
-    void count_margin(size_t number, uint16_t pid, const moment &at, margin_counts &counts, int64_t margin);
+    void count_margin(pid_stamps &stamps, const ts_packet &packet, int64_t margin);
     void add_to_series(pid_stamps &stamps, const moment &at, int64_t margin);
     uint64_t discontinuities_of(std::optional<uint16_t> pcr_pid);
 
     interval_limit pts_limit;
-    std::array<violation_log, 2> late_logs; ///< as the margins
+    violation_log late_log;
     violation_log order_log;
     bool has_decoding_time = false;
     std::array<uint16_t, mpeg_ts_pid_count> clock_number = {}; ///< 1 + place in clocks; 0: none

@@ -67,6 +67,19 @@ TEST(scanner, packets_are_looked_for_in_the_first_64_kib)
     EXPECT_FALSE(scan(with_zeros(packets(10).data(), 0, 65536)).found);
 }
 
+TEST(scanner, a_sync_byte_in_a_text_makes_no_packet)
+{
+    bytes text = repeated(0x11, 5000);
+    text[4700] = 0x47;
+    EXPECT_FALSE(scan(text).found);
+}
+
+TEST(scanner, an_input_of_less_than_five_packets_needs_as_many_as_it_holds)
+{
+    EXPECT_EQ(scan(join({packets(3).data(), repeated(0x11, 50)})).counts.packets, 3u);
+    EXPECT_EQ(scan(without(packets(5).data(), 0, 100)).counts.packets, 4u);
+}
+
 TEST(scanner, a_single_sync_byte_far_before_the_packets_is_none)
 {
     bytes stream = with_zeros(packets(10).data(), 0, 1000);
@@ -124,7 +137,7 @@ TEST(scanner, bytes_behind_the_last_whole_packet_are_trailing)
 TEST(scanner, one_bad_sync_byte_is_a_bad_slot_and_sync_is_kept)
 {
     bytes stream = packets(10).data();
-    stream[3 * 188] = 0;
+    stream[7 * 188] = 0;
     const scan_result result = scan(stream);
     EXPECT_EQ(result.counts.packets, 10u);
     EXPECT_EQ(result.counts.sync_byte_errors, 1u);
@@ -210,7 +223,7 @@ TEST(scanner, a_packet_that_repeats_the_one_before_of_its_pid_is_told)
 TEST(scanner, a_repeated_packet_may_have_another_pcr)
 {
     stream_builder original;
-    original.adaptation(0x0100, hex("10 000000007E00"), repeated(0x22, 100));
+    original.adaptation(0x0100, hex("10 000000007E00"), repeated(0x22, 176));
     bytes copy = original.data();
     copy[8] = 0x55;
     EXPECT_TRUE(scan(join({original.data(), copy})).steps.back().repeats_previous);
@@ -232,9 +245,7 @@ TEST(scanner, a_copy_is_looked_for_1024_packets_back)
 TEST(scanner, clock_packets_have_a_pcr_or_the_discontinuity_indicator)
 {
     stream_builder stream;
-    stream.pcr(0x0100, 1000)
-        .adaptation(0x0100, hex("80"), hex("01"))
-        .adaptation(0x0100, hex("00"), hex("01"));
+    stream.pcr(0x0100, 1000).adaptation(0x0100, hex("80")).adaptation(0x0100, hex("00"));
     stream.pcr(0x0100, 2000).flip_bit(1, 7); // transport_error_indicator
     EXPECT_EQ(scan(stream.data()).clock_packets, (std::vector<uint64_t>{0, 1}));
 }

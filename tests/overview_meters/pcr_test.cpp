@@ -152,7 +152,7 @@ TEST(pcr, over_a_break_the_difference_counts_and_the_times_do_not)
     EXPECT_EQ(row.interval_ticks.max, 40 * ms);
 }
 
-TEST(pcr, a_copy_has_no_pcr_of_its_own)
+TEST(pcr, a_copy_has_no_pcr_of_its_own_but_its_discontinuity_indicator_counts)
 {
     fed_meter fed;
     fed.pcr(0, 0, 0);
@@ -162,7 +162,7 @@ TEST(pcr, a_copy_has_no_pcr_of_its_own)
     const pcr_facts row = fed.row();
     EXPECT_EQ(row.count, 2u);
     EXPECT_EQ(row.interval_ticks.max, 40 * ms);
-    EXPECT_EQ(row.discontinuities_flagged, 0u);
+    EXPECT_EQ(row.discontinuities_flagged, 1u);
 }
 
 TEST(pcr, packets_with_transport_error_and_the_null_pid_give_nothing)

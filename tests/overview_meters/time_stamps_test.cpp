@@ -44,16 +44,17 @@ TEST(time_stamps, unit_starts_without_a_readable_header_are_counted_apart)
     EXPECT_EQ(row.pts.count, 0u);
 }
 
-TEST(time_stamps, packets_that_start_no_unit_or_have_no_payload_give_nothing)
+TEST(time_stamps, a_unit_start_without_payload_is_not_read_and_other_packets_give_nothing)
 {
     stamped_stream s;
     ts_packet inside = s.unit_start(video_pid, moment_at(0, 0), pes_packet(0xE0, {}, 1, 1));
     inside.payload_unit_start_indicator = false;
     s.add(inside);
+    EXPECT_TRUE(s.finish(moment_at(1, 0)).empty());
     ts_packet no_payload = s.unit_start(video_pid, moment_at(1, 0), {});
     no_payload.adaptation_field_control = 2;
     s.add(no_payload);
-    EXPECT_TRUE(s.finish(moment_at(2, 0)).empty());
+    EXPECT_EQ(s.row().pes_not_read, 1u);
 }
 
 TEST(time_stamps, copies_broken_and_scrambled_packets_give_nothing)
