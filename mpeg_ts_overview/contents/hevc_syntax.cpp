@@ -25,7 +25,7 @@ ref_pic_set predicted_set(rbsp_reader &in, const ref_pic_set &ref)
     const bool delta_rps_sign = in.flag();
     const auto abs_delta_rps = static_cast<int>(in.ue() & 0x7FFF) + 1;
     const int delta_rps = delta_rps_sign ? -abs_delta_rps : abs_delta_rps;
-    bool use_delta_flag[most_pictures + 1];
+    bool use_delta_flag[most_pictures + 1] = {};
     for (unsigned j = 0; j <= ref.delta_pocs; ++j) {
         const bool used_by_curr_pic_flag = in.flag();
         use_delta_flag[j] = used_by_curr_pic_flag || in.flag();

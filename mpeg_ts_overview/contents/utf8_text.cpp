@@ -14,11 +14,6 @@ bool is_low_surrogate(unsigned unit)
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-bool is_control(unsigned code)
-{
-    return code < 0x20 || (code >= 0x7F && code <= 0x9F);
-}
-
 /// What may stand in the second byte behind a first one, and how many bytes follow it (RFC 3629, 4).
 struct sequence_rule {
     unsigned first_code_bits;
@@ -111,15 +106,4 @@ std::string valid_utf8(std::string_view text)
     for (const uint8_t *p = bytes_of(text); p < fence;)
         append_code_point(valid, next_utf8_code_point(&p, fence));
     return valid;
-}
-
-std::string without_controls(std::string_view text)
-{
-    std::string clean;
-    const uint8_t *const fence = bytes_of(text) + text.size();
-    for (const uint8_t *p = bytes_of(text); p < fence;) {
-        const unsigned code = next_utf8_code_point(&p, fence);
-        if (!is_control(code)) append_code_point(clean, code);
-    }
-    return clean;
 }

@@ -28,6 +28,3 @@ std::string latin_1_text(const uint8_t *start, const uint8_t *fence);
 
 /// The text with U+FFFD for what is not well-formed: for paths and whatever else is only likely to be UTF-8.
 std::string valid_utf8(std::string_view text);
-
-/// Valid UTF-8 without the controls C0 (line ends and tabulators too), DEL and C1: fit for a terminal.
-std::string without_controls(std::string_view text);

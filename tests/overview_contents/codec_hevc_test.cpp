@@ -1,7 +1,7 @@
 #include "mpeg_ts_overview/contents/codec_hevc.h"
 
-#include "tests/contents/bit_writer.h"
-#include "tests/contents/codec_test.h"
+#include "tests/overview_contents/bit_writer.h"
+#include "tests/overview_contents/codec_test.h"
 
 namespace {
 
@@ -115,11 +115,10 @@ TEST(codec_hevc, sets_of_an_encoder_are_read)
 {
     EXPECT_EQ(found_in(between_start_codes(encoder_vps, encoder_sps)),
               "HEVC | 1920x1080 50p Main@4.1 | Main | 4.1");
-    EXPECT_EQ(
-        found_in(between_start_codes(
-            "40010c01ffff022000000300900000030000030099959409",
-            "420101022000000300900000030000030099a001e020021c4d965654a4e1780b40400000fa40003a981849261f80004c4b40002625a2")),
-        "HEVC | 3840x2160 59.94p Main 10@5.1 | Main 10 | 5.1");
+    EXPECT_EQ(found_in(between_start_codes("40010c01ffff022000000300900000030000030099959409",
+                                           "420101022000000300900000030000030099a001e020021c4d965654a4e1780b"
+                                           "40400000fa40003a981849261f80004c4b40002625a2")),
+              "HEVC | 3840x2160 59.94p Main 10@5.1 | Main 10 | 5.1");
 }
 
 TEST(codec_hevc, pictures_that_are_fields_are_half_a_frame)

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "tests/contents/well_formed.h"
+#include "tests/overview_contents/well_formed.h"
 #include "tests/support/hex.h"
 
 namespace {
@@ -97,23 +97,4 @@ TEST(utf8_text, code_points_that_are_none_are_appended_as_replacements)
     append_code_point(text, 0x110000);
     append_code_point(text, 0);
     EXPECT_EQ(text, std::string("\uFFFD\uFFFD\0", 7));
-}
-
-TEST(utf8_text, a_terminal_sees_no_control_whatever)
-{
-    for (unsigned code = 0; code < 0x300; ++code) {
-        std::string text = "a";
-        append_code_point(text, code);
-        text += "z";
-        const bool is_control = code < 0x20 || (code >= 0x7F && code < 0xA0);
-        EXPECT_EQ(without_controls(text), is_control ? "az" : text) << code;
-    }
-    EXPECT_EQ(without_controls("\x1B[31mred\r\n"), "[31mred");
-}
-
-TEST(utf8_text, a_raw_control_byte_of_no_character_is_no_control_for_a_terminal)
-{
-    EXPECT_EQ(without_controls("a\x9B"
-                               "31m"),
-              "a\uFFFD31m");
 }

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "tests/contents/well_formed.h"
+#include "tests/overview_contents/well_formed.h"
 #include "tests/support/hex.h"
 
 namespace {

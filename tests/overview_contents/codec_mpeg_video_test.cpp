@@ -1,7 +1,7 @@
 #include "mpeg_ts_overview/contents/codec_mpeg_video.h"
 
-#include "tests/contents/bit_writer.h"
-#include "tests/contents/codec_test.h"
+#include "tests/overview_contents/bit_writer.h"
+#include "tests/overview_contents/codec_test.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-add_tests_of(contents
+add_tests_of(overview_contents
     atsc_text_test.cpp
     character_table_test.cpp
     codec_audio_test.cpp
@@ -10,4 +10,4 @@ add_tests_of(contents
     header_finder_test.cpp
     scsu_test.cpp
     utf8_text_test.cpp)
-target_link_libraries(contents_tests PRIVATE overview_contents)
+target_link_libraries(overview_contents_tests PRIVATE overview_contents)

@@ -80,9 +80,8 @@ TEST(header_finder, each_family_is_read_by_its_reader)
         name(codec_family::h264, hex("000001 674d4020eca02802dd80880000030008000003032078c18cb0 000001")),
         "H.264");
     EXPECT_EQ(
-        name(
-            codec_family::hevc,
-            hex("000001 42010101600000030090000003000003007ba003c08010e596566924caf0168080000003008000001904 000001")),
+        name(codec_family::hevc, hex("000001 42010101600000030090000003000003007ba003c08010e596566924caf0"
+                                     "168080000003008000001904 000001")),
         "HEVC");
     EXPECT_EQ(name(codec_family::mpeg_audio, audio_frame()), "MPEG-1 audio layer II");
     EXPECT_EQ(name(codec_family::adts, hex("fff14c8024fffc")), "AAC");

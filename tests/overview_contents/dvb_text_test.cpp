@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <random>
 
-#include "tests/contents/well_formed.h"
+#include "tests/overview_contents/well_formed.h"
 #include "tests/support/hex.h"
 
 namespace {
@@ -166,9 +166,8 @@ TEST(dvb_text, double_byte_tables_drop_them_too)
 
 TEST(dvb_text, encoding_type_id_and_reserved_selections_are_encoded)
 {
-    for (const unsigned first :
-         {0x00, 0x08, 0x0C, 0x0D, 0x0E, 0x0F, 0x16, 0x17, 0x18, 0x19, 0x1A, 0x1B, 0x1C, 0x1D, 0x1E, 0x1F})
-        EXPECT_EQ(text_of(join({big_endian(first, 1), text_bytes("text")})), "(encoded)") << first;
+    for (const uint8_t first : hex("00 08 0C 0D 0E 0F 16 17 18 19 1A 1B 1C 1D 1E 1F"))
+        EXPECT_EQ(text_of(join({big_endian(first, 1), text_bytes("text")})), "(encoded)") << unsigned{first};
     for (const char *const selection :
          {"10", "10 00", "10 00 00 41", "10 00 0C 41", "10 00 10 41", "10 01 01 41"})
         EXPECT_EQ(text_of(hex(selection)), "(encoded)") << selection;
