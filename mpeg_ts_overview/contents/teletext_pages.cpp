@@ -174,7 +174,7 @@ teletext_pages::known_page *teletext_pages::page_of(uint16_t pid, const receptio
     return added;
 }
 
-teletext_facts teletext_pages::finish()
+teletext_facts teletext_pages::finish() const
 {
     teletext_facts facts;
 

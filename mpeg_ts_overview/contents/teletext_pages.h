@@ -31,7 +31,7 @@ public:
     void on_sync_loss();
 
     /// The pages by PID, page and subcode; not_kept counts receptions.
-    teletext_facts finish();
+    teletext_facts finish() const;
 
 private:
     using page_rows = std::array<teletext_row, teletext_row_count>;
