@@ -6,8 +6,17 @@ add_tests_of(overview_contents
     codec_h264_test.cpp
     codec_hevc_test.cpp
     codec_mpeg_video_test.cpp
+    cues_test.cpp
     dvb_text_test.cpp
     header_finder_test.cpp
+    program_clock_test.cpp
     scsu_test.cpp
+    segmentation_test.cpp
+    splice_info_test.cpp
+    teletext_characters_test.cpp
+    teletext_hamming_test.cpp
+    teletext_loss_test.cpp
+    teletext_pages_test.cpp
+    teletext_units_test.cpp
     utf8_text_test.cpp)
 target_link_libraries(overview_contents_tests PRIVATE overview_contents)
