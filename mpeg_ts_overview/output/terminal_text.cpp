@@ -1,0 +1,173 @@
+#include "mpeg_ts_overview/output/terminal_text.h"
+
+#include <cstdint>
+
+namespace {
+
+constexpr uint32_t replacement_character = 0xFFFD;
+constexpr std::string_view ellipsis = "...";
+
+struct decoded_character {
+    uint32_t code = replacement_character;
+    size_t length = 1; ///< bytes
+    bool valid = false;
+};
+
+/// The first character of a text that is not empty, RFC 3629.
+decoded_character first_character(std::string_view text)
+{
+    const auto byte = [&](size_t i) { return static_cast<uint8_t>(text[i]); };
+    const uint8_t lead = byte(0);
+    if (lead < 0x80) return {lead, 1, true};
+    const size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
+                          : (lead & 0xF0) == 0xE0       ? 3
+                          : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                        : 0;
+    if (length == 0 || text.size() < length) return {};
+    uint32_t code = lead & (0x7FU >> length);
+    for (size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80) return {};
+        code = (code << 6) | (byte(i) & 0x3FU);
+    }
+    constexpr uint32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (code < least[length] || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) return {};
+    return {code, length, true};
+}
+
+struct code_range {
+    uint32_t first;
+    uint32_t last;
+};
+
+/// Marks that stand over the character before them, and characters of no width.
+constexpr code_range without_width[] = {
+    {0x0300, 0x036F},
+    {0x0483, 0x0489},
+    {0x0591, 0x05BD},
+    {0x0610, 0x061A},
+    {0x064B, 0x065F},
+    {0x06D6, 0x06DC},
+    {0x0E31, 0x0E31},
+    {0x0E34, 0x0E3A},
+    {0x0E47, 0x0E4E},
+    {0x1AB0, 0x1AFF},
+    {0x1DC0, 0x1DFF},
+    {0x200B, 0x200F},
+    {0x202A, 0x202E},
+    {0x2060, 0x206F},
+    {0x20D0, 0x20FF},
+    {0xFE00, 0xFE0F},
+    {0xFE20, 0xFE2F},
+    {0xFEFF, 0xFEFF},
+};
+
+constexpr code_range wide[] = {
+    {0x1100,  0x115F },
+    {0x2E80,  0x303E },
+    {0x3041,  0x33FF },
+    {0x3400,  0x4DBF },
+    {0x4E00,  0x9FFF },
+    {0xA000,  0xA4CF },
+    {0xAC00,  0xD7A3 },
+    {0xF900,  0xFAFF },
+    {0xFE30,  0xFE6F },
+    {0xFF00,  0xFF60 },
+    {0xFFE0,  0xFFE6 },
+    {0x1F300, 0x1F64F},
+    {0x1F900, 0x1F9FF},
+    {0x20000, 0x3FFFD},
+};
+
+template <size_t count>
+bool is_in(uint32_t code, const code_range (&ranges)[count])
+{
+    for (const code_range &range : ranges)
+        if (code >= range.first && code <= range.last) return true;
+    return false;
+}
+
+size_t columns_of_character(uint32_t code)
+{
+    if (code < 0x0300) return 1;
+    if (is_in(code, without_width)) return 0;
+    return is_in(code, wide) ? 2 : 1;
+}
+
+/// How many bytes at the start of the text fill at most that many columns.
+size_t bytes_within(std::string_view text, size_t columns)
+{
+    size_t bytes = 0;
+    while (bytes < text.size()) {
+        const decoded_character character = first_character(text.substr(bytes));
+        const size_t width = columns_of_character(character.code);
+        if (width > columns) break;
+        columns -= width;
+        bytes += character.length;
+    }
+    return bytes;
+}
+
+} // namespace
+
+std::string without_controls(std::string_view text)
+{
+    std::string clean;
+    while (!text.empty()) {
+        const decoded_character character = first_character(text);
+        const bool is_control = character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0);
+        if (!character.valid)
+            clean += "\xEF\xBF\xBD";
+        else if (!is_control)
+            clean += text.substr(0, character.length);
+        text.remove_prefix(character.length);
+    }
+    return clean;
+}
+
+size_t columns_of(std::string_view text)
+{
+    size_t columns = 0;
+    while (!text.empty()) {
+        const decoded_character character = first_character(text);
+        columns += columns_of_character(character.code);
+        text.remove_prefix(character.length);
+    }
+    return columns;
+}
+
+std::string cut_to(std::string_view text, size_t columns)
+{
+    const size_t whole = bytes_within(text, columns);
+    if (whole == text.size()) return std::string(text);
+    return std::string(text.substr(0, bytes_within(text, columns - ellipsis.size()))).append(ellipsis);
+}
+
+std::string filled_to(std::string_view text, size_t columns)
+{
+    std::string filled = cut_to(text, columns);
+    filled.append(columns - columns_of(filled), ' ');
+    return filled;
+}
+
+std::string wrapped(std::string_view first, const std::vector<std::string> &items, std::string_view between,
+                    size_t indent)
+{
+    const std::string_view line_end = between.substr(0, between.find_last_not_of(' ') + 1);
+    std::string text;
+    std::string line(first);
+    bool line_has_items = false;
+    for (const std::string &item : items) {
+        const std::string shown = cut_to(item, line_columns - indent);
+        const size_t columns =
+            columns_of(line) + columns_of(between) + columns_of(shown) + columns_of(line_end);
+        if (line_has_items && columns > line_columns) {
+            text.append(line).append(line_end).append("\n");
+            line.assign(indent, ' ');
+            line_has_items = false;
+        }
+        if (line_has_items) line += between;
+        line += shown;
+        line_has_items = true;
+    }
+    return text.append(line).append("\n");
+}
