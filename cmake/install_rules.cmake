@@ -1,4 +1,4 @@
-# What `cmake --install` puts down: the program, its manual, shell completions, and the stream library with its headers,
+# What `cmake --install` puts down: the programs, their manuals, shell completions, and the stream library with its headers,
 # a CMake package (find_package(mpeg12)) and a pkg-config file. Every path in them is relative to where they stand.
 include(CMakePackageConfigHelpers)
 
@@ -16,6 +16,17 @@ install(FILES packaging/completion/_mpeg_ts_analysis DESTINATION "${CMAKE_INSTAL
 install(FILES packaging/completion/mpeg_ts_analysis.fish
         DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 install(FILES LICENSE CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+if(WITH_OVERVIEW)
+    install(TARGETS mpeg_ts_overview)
+    install(FILES docs/mpeg_ts_overview.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+    install(FILES docs/overview.schema.json DESTINATION "${CMAKE_INSTALL_DATADIR}/mpeg_ts_overview")
+    install(FILES packaging/completion/mpeg_ts_overview.bash RENAME mpeg_ts_overview
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+    install(FILES packaging/completion/_mpeg_ts_overview DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+    install(FILES packaging/completion/mpeg_ts_overview.fish
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+endif()
 
 install(TARGETS ${library_targets} EXPORT mpeg12Targets)
 foreach(library IN LISTS library_targets)

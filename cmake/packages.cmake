@@ -6,6 +6,14 @@ set(CPACK_GENERATOR "DEB;TGZ")
 set(CPACK_PACKAGE_CONTACT "${PACKAGE_MAINTAINER}")
 set(CPACK_PACKAGE_VENDOR "mpeg_ts_analysis authors")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "analyser of MPEG-2 transport stream recordings")
+if(WITH_OVERVIEW)
+    set(overview_description
+"A second program, mpeg_ts_overview, tells what is in a recording, how it is
+built, whether it is healthy by ETSI TR 101 290, and where not: as a summary,
+as JSON, and as a page with plots.
+.
+")
+endif()
 set(CPACK_PACKAGE_DESCRIPTION
 "Tells what is in an MPEG-2 transport stream recording, and what is wrong
 with it. Reads 188-byte and 192-byte packets once and prints a text report:
@@ -13,7 +21,7 @@ MPEG-2, DVB, ATSC and SCTE-35 tables and their descriptors in words, teletext
 pages, continuity errors, PCR gaps, jumps and drift, and on request every
 packet.
 .
-The stream library that it is built on is included, with its headers.")
+${overview_description}The stream library that it is built on is included, with its headers.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_RESOURCE_FILE_LICENSE "${CMAKE_SOURCE_DIR}/LICENSE")
 set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/packaging/debian/finish_tree.cmake")

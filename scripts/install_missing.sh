@@ -26,3 +26,9 @@ install_missing() {
     # shellcheck disable=SC2086
     DEBIAN_FRONTEND=noninteractive $as_root apt-get install -y -qq --no-install-recommends $missing >&2
 }
+
+# What mpeg_ts_overview is built with.
+install_missing_of_overview() {
+    install_missing /usr/include/CLI/CLI.hpp:libcli11-dev /usr/include/nlohmann/json.hpp:nlohmann-json3-dev \
+        /usr/include/fmt/format.h:libfmt-dev /usr/share/javascript/dygraphs/dygraph.min.js:libjs-dygraphs
+}

@@ -91,14 +91,6 @@ uint32_t read_country(const std::string &text)
     return static_cast<uint32_t>(number);
 }
 
-/// The output that an option names, or nothing when the option was not given.
-std::optional<std::string> read_output(const CLI::Option *option, const std::string &path)
-{
-    if (option->count() == 0) return std::nullopt;
-    if (path.empty()) throw usage_error{option->get_name() + ": no file is named"};
-    return path;
-}
-
 void check_outputs(const overview_options &options, bool text_asked_for)
 {
     const auto to_standard_output = [](const std::optional<std::string> &path) {
@@ -110,7 +102,7 @@ void check_outputs(const overview_options &options, bool text_asked_for)
         throw usage_error{fmt::format("--json and --html: both are '{}'", *options.json)};
 }
 
-/// What CLI11 would take from the next argument stands behind "=" or is said here.
+/// The arguments, unless one lacks a value that CLI11 would take from the next: that may be the recording.
 std::vector<std::string> arguments_of(int argc, const char *const *argv)
 {
     std::vector<std::string> arguments;
@@ -120,6 +112,8 @@ std::vector<std::string> arguments_of(int argc, const char *const *argv)
         if (argument == "--") only_files = true;
         if (!only_files && (argument == "--json" || argument == "--html"))
             throw usage_error{fmt::format("{}: no file is named; it stands behind '='", argument)};
+        if (!only_files && argument.starts_with("--") && argument.find('=') == argument.size() - 1)
+            throw usage_error{fmt::format("{}: nothing stands behind '='", argument)};
         if (!only_files && argument == "--check") argument = "--check=1,2";
         arguments.push_back(argument);
     }
@@ -152,8 +146,8 @@ void add_options(CLI::App *app, given_options *given)
 void interpret(const CLI::App &app, const given_options &given, overview_options *options)
 {
     const auto is_given = [&](const char *name) { return app.get_option(name)->count() > 0; };
-    options->json = read_output(app.get_option("--json"), given.json);
-    options->html = read_output(app.get_option("--html"), given.html);
+    if (is_given("--json")) options->json = given.json;
+    if (is_given("--html")) options->html = given.html;
     options->text = given.text || (!options->json && !options->html);
     check_outputs(*options, given.text);
     if (is_given("--check")) options->checked = read_priorities(given.check);
@@ -175,6 +169,10 @@ void interpret(const CLI::App &app, const given_options &given, overview_options
         },
             given.clock, "--clock");
     if (is_given("--bitrate")) options->bitrate_bps = read_bitrate(given.bitrate);
+    if (options->clock == clock_choice::arrival && !options->bitrate_bps &&
+        options->packet_size.value_or(192) != 192)
+        throw usage_error{fmt::format("--clock=arrival: packets of {} bytes have no arrival time stamps",
+                                      *options->packet_size)};
     for (const std::string &text : given.limits)
         if (std::string wrong = set_limit(text, &options->other_limits); !wrong.empty())
             throw usage_error{"--limit: " + wrong};

@@ -17,10 +17,11 @@ Checks:
                           fails (1,2 unless named, such as 1,2,3)
   --whole-multiplex       the recording is a complete multiplex: what is absent
                           is a fault
-  --limit NAME=VALUE      another limit, such as pcr_interval=40ms: pcr_interval,
-                          pcr_accuracy, pts_interval, pat_interval,
-                          pmt_interval, pid_absence, sdt_interval, nit_interval,
-                          eit_schedule, si_minimum_gap
+  --limit NAME=VALUE      another limit, such as pcr_interval=40ms; the names:
+                          pcr_interval, pcr_accuracy, pts_interval,
+                          pat_interval, pmt_interval, pid_absence,
+                          sdt_interval, nit_interval, eit_schedule,
+                          si_minimum_gap
 
 Input:
   --packet-size=SIZE      188, 192 or 204 bytes; found unless named

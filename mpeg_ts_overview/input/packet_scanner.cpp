@@ -134,7 +134,6 @@ void packet_scanner::scan(block &b)
         totals.trailing_bytes = rest;
     } else {
         totals.skipped_bytes += totals.bytes - lost_at;
-        add_step(b, step_kind::sync_loss, 0);
     }
 }
 

@@ -12,6 +12,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// Reads up to size bytes to where it is told. Returns how many came, 0 at the end, below 0 when reading
 /// fails.
@@ -50,6 +51,8 @@ public:
     /// What was counted so far.
     const input_counts &counts() const { return totals; }
     packet_grid grid() const { return found; }
+    /// At the end, the offset where sync was lost for good; none when it was not.
+    std::optional<uint64_t> lost_for_good() const { return in_sync ? std::nullopt : std::optional(lost_at); }
     /// True when reading failed; what was read before is told all the same.
     bool failed() const { return read_failed; }
     /// Of 192-byte packets: the ticks between the last two that followed each other.

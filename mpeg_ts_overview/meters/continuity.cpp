@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/meters/continuity.h"
 
+#include "mpeg_ts_overview/meters/log_violation.h"
+
 namespace {
 
 constexpr unsigned modulus = 16;
@@ -48,10 +50,10 @@ packet_sequence continuity_meter::on_copy(const ts_packet &packet, counter_state
 {
     packet_sequence sequence;
     sequence.duplicate = true;
-    sequence.error = state.after_duplicate && !packet.discontinuity_indicator;
+    sequence.error = state.after_duplicate;
     if (sequence.error) {
         counted[packet.pid].errors++;
-        log.add(packet.at, packet.pid, "a packet sent more than twice");
+        log_violation(log, packet.at, packet.pid, [] { return "a packet sent more than twice"; });
     } else {
         counted[packet.pid].duplicates++;
     }
@@ -61,12 +63,11 @@ packet_sequence continuity_meter::on_copy(const ts_packet &packet, counter_state
 void continuity_meter::on_error(const ts_packet &packet, unsigned ahead, bool same_counter)
 {
     counted[packet.pid].errors++;
-    if (same_counter)
-        log.add(packet.at, packet.pid, "counter unchanged, other bytes");
-    else if (ahead <= greatest_loss)
-        log.add(packet.at, packet.pid, "packets lost");
-    else
-        log.add(packet.at, packet.pid, "packet out of order");
+    log_violation(log, packet.at, packet.pid, [&]() -> std::string {
+        if (same_counter) return "counter unchanged, other bytes";
+        if (ahead > greatest_loss) return "packet out of order";
+        return std::to_string(ahead) + (ahead == 1 ? " packet lost" : " packets lost");
+    });
 }
 
 void continuity_meter::on_sync_loss()

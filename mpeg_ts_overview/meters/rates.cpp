@@ -115,39 +115,33 @@ rates_facts rates_meter::finish(std::optional<int64_t> duration_ticks)
 {
     rates_facts found;
     const int64_t duration = duration_ticks.value_or(0);
+    size_t buckets = 0;
 
     end_bucket();
-    if (duration > 0) {
-        found.bucket_ticks = bucket_ticks_of(duration);
-        while (static_cast<int64_t>(joined) * first_bucket_ticks < found.bucket_ticks) double_width();
+    if (duration > 0 && last_ticks) {
+        found.bucket_ticks = bucket_ticks_of(*last_ticks);
+        buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
     }
-    found.whole = facts_of(whole, duration);
-    for (const uint16_t pid : order) found.pids.push_back({pid, facts_of(states[pid], duration)});
+    found.whole = facts_of(whole, duration, buckets);
+    for (const uint16_t pid : order) found.pids.push_back({pid, facts_of(states[pid], duration, buckets)});
     return found;
 }
 
-rate_facts rates_meter::facts_of(rate_state &state, int64_t duration_ticks) const
+rate_facts rates_meter::facts_of(rate_state &state, int64_t duration_ticks, size_t buckets) const
 {
     rate_facts rate;
     if (state.min_window) rate.min_bps = *state.min_window * bits_of_a_packet;
     if (state.max_window) rate.max_bps = *state.max_window * bits_of_a_packet;
-    if (duration_ticks <= 0) return rate;
+    if (duration_ticks > 0) rate.mean_bps = bits_per_second(state.packets, duration_ticks);
+    if (buckets == 0 || !state.has_series) return rate;
 
-    rate.mean_bps = bits_per_second(state.packets, duration_ticks);
-    if (!state.has_series) return rate;
-    const int64_t width = static_cast<int64_t>(joined) * first_bucket_ticks;
-    const uint64_t buckets = buckets_in(duration_ticks, width);
-    // A last packet that takes no time may lie at the very end.
-    if (state.series.size() > buckets) {
-        state.series[buckets - 1] += state.series[buckets];
-        state.series.pop_back();
-    }
+    const auto width = static_cast<int64_t>(joined) * first_bucket_ticks;
     state.series.resize(buckets);
     for (const uint64_t packets : state.series)
         rate.series_bps.push_back(static_cast<uint64_t>(scaled(static_cast<int64_t>(packets),
                                                                bits_of_a_packet * buckets_of_a_second,
                                                                static_cast<int64_t>(joined))));
-    const int64_t covered = duration_ticks - static_cast<int64_t>(buckets - 1) * width;
-    rate.series_bps.back() = bits_per_second(state.series.back(), covered);
+    const int64_t covered = std::min(width, duration_ticks - static_cast<int64_t>(buckets - 1) * width);
+    if (covered > 0) rate.series_bps.back() = bits_per_second(state.series.back(), covered);
     return rate;
 }

@@ -20,6 +20,8 @@ public:
 
     /// The packets that come lie in such times.
     void begin(const packet_times &next);
+    /// No more packets come of those times.
+    void end() { last_ticks = times.ticks_of(times.fence - 1); }
 
     /// Packets [first, first + packets) of the PID.
     void on_packets(uint16_t pid, uint64_t first, uint64_t packets)
@@ -40,6 +42,9 @@ public:
 
     /// The bit rates of a recording of that duration.
     rates_facts finish(std::optional<int64_t> duration_ticks);
+
+    /// The time of the last packet.
+    std::optional<int64_t> last_packet_ticks() const { return last_ticks; }
 
     /// PIDs beyond those that have a series.
     size_t series_not_kept() const
@@ -83,13 +88,14 @@ private:
     void end_bucket();
     void end_bucket_of(rate_state &state);
     void double_width();
-    rate_facts facts_of(rate_state &state, int64_t duration_ticks) const;
+    rate_facts facts_of(rate_state &state, int64_t duration_ticks, size_t buckets) const;
 
     packet_times times;
-    int64_t bucket = -1;            ///< the bucket of 0.1 s in hand; below 0 before there is a time
-    uint64_t next_bucket = 0;       ///< index of the first packet that is beyond it
-    uint64_t joined = 1;            ///< buckets of 0.1 s that are one of the series
-    std::vector<rate_state> states; ///< by PID
+    std::optional<int64_t> last_ticks; ///< of the last packet
+    int64_t bucket = -1;               ///< the bucket of 0.1 s in hand; below 0 before there is a time
+    uint64_t next_bucket = 0;          ///< index of the first packet that is beyond it
+    uint64_t joined = 1;               ///< buckets of 0.1 s that are one of the series
+    std::vector<rate_state> states;    ///< by PID
     rate_state whole;
     std::vector<uint16_t> order;   ///< of first arrival
     std::vector<uint16_t> touched; ///< with packets in the bucket in hand

@@ -13,6 +13,8 @@ struct moment {
     std::optional<int64_t> ticks; ///< 27 MHz, 0 at packet 0; none where the time is not known
     /// Number of the stretch without a time break that it lies in; below 0 inside a break.
     int64_t stretch = 0;
+    /// Before the first clock point or behind the last: the time is right where the bit rate is constant.
+    bool extrapolated = false;
 };
 
 /// The ticks from one moment to a later one, or nothing when a time is not known or a time break lies

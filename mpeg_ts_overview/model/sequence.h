@@ -6,7 +6,8 @@
 
 struct packet_sequence {
     bool duplicate = false; ///< a copy of the PID's packet before, the allowed one or a further one
-    bool broken = false;    ///< out of sequence, by error or by a discontinuity_indicator: what was begun is lost
-    bool error = false;     ///< a continuity error
+    bool broken =
+        false;          ///< out of sequence, by error or by a discontinuity_indicator: what was begun is lost
+    bool error = false; ///< a continuity error
     std::optional<uint64_t> packet_before; ///< of an error, the index of the PID's packet before
 };

@@ -23,14 +23,4 @@ struct violation_log {
     moment last;
     std::optional<double> worst; ///< in the unit of its check
     std::vector<violation> details;
-
-    /// Counts one; its text is kept when it is one of the first. Takes the greatest of worst.
-    void add(const moment &at, std::optional<uint16_t> pid, const char *text,
-             std::optional<double> how_bad = std::nullopt)
-    {
-        if (count++ == 0) first = at;
-        last = at;
-        if (how_bad && (!worst || *how_bad > *worst)) worst = how_bad;
-        if (details.size() < violation_detail_limit) details.push_back({at, pid, text});
-    }
 };

@@ -156,17 +156,17 @@ std::string wrapped(std::string_view first, const std::vector<std::string> &item
     std::string text;
     std::string line(first);
     bool line_has_items = false;
-    for (const std::string &item : items) {
-        const std::string shown = cut_to(item, line_columns - indent);
-        const size_t columns =
-            columns_of(line) + columns_of(between) + columns_of(shown) + columns_of(line_end);
-        if (line_has_items && columns > line_columns) {
-            text.append(line).append(line_end).append("\n");
+    for (size_t i = 0; i < items.size(); ++i) {
+        const size_t behind = i + 1 < items.size() ? columns_of(line_end) : 0;
+        const std::string item = cut_to(items[i], line_columns - indent - behind);
+        const size_t before = columns_of(line) + (line_has_items ? columns_of(between) : 0);
+        if (columns_of(line) > indent && before + columns_of(item) + behind > line_columns) {
+            text.append(line).append(line_has_items ? line_end : "").append("\n");
             line.assign(indent, ' ');
             line_has_items = false;
         }
         if (line_has_items) line += between;
-        line += shown;
+        line += item;
         line_has_items = true;
     }
     return text.append(line).append("\n");

@@ -107,11 +107,11 @@ function pcr_table(rows) {
             fault: (row) => row.discontinuities_unflagged > 0},
         number("leaps flagged", (row) => row.discontinuities_flagged),
         number("residual min", (row) => row.residual_ns.min, (row) => nanoseconds_text(row.residual_ns.min)),
-        number("max", (row) => row.residual_ns.max, (row) => nanoseconds_text(row.residual_ns.max)),
-        number("rms", (row) => row.residual_ns.rms, (row) => nanoseconds_text(row.residual_ns.rms)),
+        number("residual max", (row) => row.residual_ns.max, (row) => nanoseconds_text(row.residual_ns.max)),
+        number("residual rms", (row) => row.residual_ns.rms, (row) => nanoseconds_text(row.residual_ns.rms)),
         {title: "over", value: (row) => row.basis},
         number("rate offset min", (row) => row.rate_offset_ppm.min, (row) => ppm(row.rate_offset_ppm.min)),
-        number("max", (row) => row.rate_offset_ppm.max, (row) => ppm(row.rate_offset_ppm.max)),
+        number("rate offset max", (row) => row.rate_offset_ppm.max, (row) => ppm(row.rate_offset_ppm.max)),
     ], rows);
 }
 

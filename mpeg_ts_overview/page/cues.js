@@ -15,10 +15,10 @@ function cue_dots(cues, duration) {
     const groups = new Map();
     for (const cue of cues) {
         const name = pid_text(cue.pid) + " " + cue.command + (direction_text(cue) ? " " + direction_text(cue) : "");
-        if (!groups.has(name)) groups.set(name, {label: name, name, times: [], colour: series_colour(groups.size)});
+        if (!groups.has(name)) groups.set(name, {label: pid_text(cue.pid), name, times: [], colour: series_colour(groups.size)});
         if (cue.t_s !== null) groups.get(name).times.push(cue.t_s);
     }
-    return dots_plot("When", [...groups.values()], duration, {axis_width: 170});
+    return dots_plot("When", [...groups.values()], duration);
 }
 
 function direction_text(cue) {

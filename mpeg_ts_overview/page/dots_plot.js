@@ -5,8 +5,9 @@ const line_height = 18; // pixels
 const around = 30;      // the time axis below
 const dot_columns = 2000;   // dots of a group nearer than a part of that many of the recording are one
 
-/// groups are {label, name, times, colour}; label stands beside the line, name is said when a dot is pointed at.
-export function dots_plot(title, groups, duration, options) {
+/// groups are {label, name, times, colour}; label stands beside the line and must not be of the stream, name is said
+/// when a dot is pointed at. more is for make_plot.
+export function dots_plot(title, groups, duration, more) {
     const width = duration / dot_columns;
     const rows = new Map();
     groups.forEach((group, number) => {
@@ -23,8 +24,7 @@ export function dots_plot(title, groups, duration, options) {
         rows: [...rows.values()].sort((a, b) => a[0] - b[0]),
         height: groups.length * line_height + around,
         value_text: () => "",
-        no_legend: true,
-        ...options,
+        ...more,
         options: {
             drawPoints: true, strokeWidth: 0, pointSize: 3.5, highlightCircleSize: 5,
             valueRange: [0.3, groups.length + 0.7],

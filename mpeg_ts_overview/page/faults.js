@@ -7,10 +7,10 @@ import { table } from "./table.js";
 
 const lines_at_most = 24;
 const kinds = {
-    irregular_span: "PCR span not regular",
-    arrival: "arrival stamps leap",
-    clock_change: "another clock PID",
-    sync_loss: "sync lost",
+    irregular_span: {name: "PCR span not regular", label: "PCR span"},
+    arrival: {name: "arrival stamps leap", label: "arrival"},
+    clock_change: {name: "another clock PID", label: "clock PID"},
+    sync_loss: {name: "sync lost", label: "sync"},
 };
 
 export function faults_part(found) {
@@ -26,16 +26,16 @@ export function faults_part(found) {
 
 function fault_dots({rates, breaks, recording}, sorted) {
     const time_of = packet_times(rates);
-    const groups = Object.entries(kinds).map(([kind, name]) => ({
-        label: name, name, colour: "ink",
+    const groups = Object.entries(kinds).map(([kind, {name, label}]) => ({
+        label, name, colour: "ink",
         times: breaks.filter((each) => each.kind === kind && each.t_s !== null).map((each) => each.t_s),
     })).filter((group) => group.times.length > 0);
     sorted.slice(0, lines_at_most).forEach((group, number) => groups.push({
         label: "group " + (number + 1), name: group.text.trim(), colour: "fault", times: dot_times(group, time_of),
     }));
     const others = sorted.slice(lines_at_most).flatMap((group) => dot_times(group, time_of));
-    if (others.length > 0) groups.push({label: "other groups", name: "other groups", colour: "fault", times: others});
-    return dots_plot("When", groups, recording.duration_s, {axis_width: 130});
+    if (others.length > 0) groups.push({label: "others", name: "other groups", colour: "fault", times: others});
+    return dots_plot("When", groups, recording.duration_s, {no_legend: true});
 }
 
 /// The first and the last time are known; those of the packets between are as good as the buckets of the rates.
@@ -88,7 +88,7 @@ function break_table(breaks) {
     return table("breaks of time", [
         {title: "break", value: (row) => row.packet, show: (row) => place(row.t_s, row.packet), always: true},
         {title: "byte", value: (row) => row.byte, show: (row) => count_text(row.byte), number: true},
-        {title: "kind", value: (row) => kinds[row.kind], always: true},
+        {title: "kind", value: (row) => kinds[row.kind].name, always: true},
         {title: "PCR leaps by", value: (row) => row.pcr_jump_s, number: true,
             show: (row) => row.pcr_jump_s === null ? "" : row.pcr_jump_s + " s"},
     ], breaks);

@@ -26,6 +26,11 @@ export function duration_text(seconds) {
     return Math.floor(minutes / 60) + " h " + (minutes % 60) + " min " + (whole % 60) + " s";
 }
 
+/// "45 min", "1 h 30 min": of what is planned, seconds only when there are some.
+export function planned_text(seconds) {
+    return duration_text(seconds).replace(/ 0 s$/, "").replace(/ 0 min$/, "");
+}
+
 function three_digits(value) {
     return value.toFixed(value < 9.995 ? 2 : value < 99.95 ? 1 : 0);
 }

@@ -1,6 +1,6 @@
 // The programme guide: for each service what is on, what follows, then the schedule by day.
-import { element, lazy_details, part } from "./elements.js";
-import { counted_text, duration_text, time_text, utc_text } from "./figures.js";
+import { element, lazy_details, note, part } from "./elements.js";
+import { counted_text, planned_text, time_text, utc_text } from "./figures.js";
 
 const services_open = 3; // of so many services or fewer all are open
 
@@ -19,7 +19,7 @@ export function guide_part(found) {
         service_box(names.get(service) || "service " + service, its));
     if (boxes.length <= services_open) for (const box of boxes) box.open = true;
     return part("guide", "Guide", counted_text(events.length, "event", "events") + " of " +
-        counted_text(services.size, "service", "services") + others, boxes);
+        counted_text(services.size, "service", "services") + others, note("Hours are UTC."), boxes);
 }
 
 function service_box(name, events) {
@@ -49,7 +49,7 @@ function service_events(events) {
 }
 
 function event_row(event) {
-    const told = [event.duration_s === null ? "" : duration_text(event.duration_s), event.language,
+    const told = [planned_text(event.duration_s), event.language,
         event.present_from_s === null ? "" : "on air from " + time_text(event.present_from_s)];
     return element("li", {},
         element("time", {title: utc_text(event.start_utc)}, event.start_utc ? event.start_utc.slice(11, 16) : "\u2013"),

@@ -9,6 +9,7 @@ import { on_time_window, time_window } from "./time_window.js";
 const waiting = []; // plots that are not on the page yet
 const values_in_readout = 8;
 const axis_height = 22;
+const axis_width = 66; // of every plot, so that their times stand below each other
 
 /// The colour of that name in the style sheet, as it is now.
 export function colour_of(name) {
@@ -23,7 +24,7 @@ export function series_colour(number) {
 /// A figure with
 ///   title, series [{name, colour, hidden}], rows [[t_s, value of each series ...]],
 ///   value_text(value, cell of the row): how values are said,
-///   axis_text(value) of the marks at the side, or y_ticks [{v, label}]; axis_width in pixels,
+///   axis_text(value) of the marks at the side, or y_ticks [{v, label}],
 ///   first_text(t_s): said before the values,
 ///   options: more options of dygraphs, overlay(context, graph): draws over the series,
 ///   size "tall", or height in pixels, legend: more of it, no_legend.
@@ -108,7 +109,7 @@ function start(state) {
 }
 
 function value_axis(state) {
-    const axis = {axisLabelWidth: state.axis_width ?? 60, pixelsPerLabel: 26};
+    const axis = {axisLabelWidth: axis_width, pixelsPerLabel: 26};
     if (state.y_ticks) return {...axis, ticker: () => state.y_ticks};
     return {...axis, axisLabelFormatter: state.axis_text};
 }

@@ -75,7 +75,6 @@ function stacked_plot({rates, recording}, title, series) {
         title, series, rows, size: "tall",
         value_text: rate_text,
         axis_text: rate_axis_text,
-        axis_width: 64,
         first_text: (seconds) => "whole " + rate_text(whole[Math.min(Math.floor(seconds / bucket + 1e-6), whole.length - 1)]),
         legend: element("span", {class: "key"}, element("span", {class: "chip line ink"}), "whole"),
         options: {stackedGraph: true, stepPlot: true, fillAlpha: 0.75, strokeWidth: 0, includeZero: true,

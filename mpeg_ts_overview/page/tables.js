@@ -34,7 +34,7 @@ function extension_text(row) {
 
 function versions_cell(row) {
     const text = (version) => version.version + (version.first_s === null ? "" : " at " + time_text(version.first_s));
-    if (row.versions.length < 2) return row.versions.map((version) => String(version.version)).join("");
+    if (row.versions.length < 2) return row.versions.map((version) => "version " + version.version).join("");
     return element("details", {class: "versions"}, element("summary", {}, counted_text(row.versions.length, "version",
         "versions")), row.versions.map((version) => element("div", {}, text(version))));
 }

@@ -10,8 +10,10 @@
 struct packet_times {
     const time_span *span = nullptr;
     const block *where = nullptr;
-    uint64_t first = 0; ///< index of the first packet of both
-    uint64_t fence = 0; ///< one past the last packet of both
+    uint64_t first = 0;       ///< index of the first packet of both
+    uint64_t fence = 0;       ///< one past the last packet of both
+    int64_t stretch = 0;      ///< of the packets that come next: see moment
+    unsigned sync_offset = 0; ///< bytes from a packet's start to its sync byte
 
     /// True when the packets have times.
     bool known() const { return span->source != time_source::none; }
@@ -26,6 +28,18 @@ struct packet_times {
     std::optional<int64_t> ticks_of(uint64_t packet) const
     {
         return known() ? std::optional(at(packet)) : std::nullopt;
+    }
+
+    /// The moment of a packet of [first, fence) whose sync byte is at start.
+    moment moment_of(uint64_t packet, const uint8_t *start) const
+    {
+        moment at;
+        at.packet = packet;
+        at.byte = where->offset_of(start - sync_offset);
+        at.ticks = ticks_of(packet);
+        at.stretch = stretch;
+        at.extrapolated = span->extrapolated;
+        return at;
     }
 
     /// The first packet from first on with that time or a later one, or fence; the times are known.

@@ -71,25 +71,31 @@ void pcr_clock::start_clock(const clock_packet &packet, const point &from, int64
     if (packet.index < longest_wait) {
         // Packets before count back at the same rate, so that the first has the time 0.
         last_ticks = -scaled(-static_cast<int64_t>(from.index), rate_ticks, rate_packets);
-        first_point_index = from.index;
-        for (const irregular_span &span : irregular) {
-            if (span.pid != clock_pid) continue;
-            first_point_index = std::min(*first_point_index, span.from);
-            add_line(told, span.from + 1, false);
-            add_line(span.from + 1, span.to, true);
-            add_line(span.to, span.to + 1, false);
-            spans.back().break_before = time_break_kind::irregular_span;
-            spans.back().pcr_jump_ticks = span.jump_ticks;
-        }
+        add_lines_before(from.index);
     } else {
         last_ticks = 0;
-        first_point_index = from.index;
         add_untimed(std::max(from.index, longest_wait));
     }
     irregular = {};
     add_line(told, packet.index + 1, false);
     last_ticks += ticks;
     last = {packet.index, *packet.PCR, packet.arrival_ticks, true, false};
+}
+
+/// The packets before the first regular span, and the breaks among them.
+void pcr_clock::add_lines_before(uint64_t first_regular)
+{
+    std::erase_if(irregular, [&](const irregular_span &span) { return span.pid != clock_pid; });
+    const uint64_t first_point = irregular.empty() ? first_regular : irregular.front().from;
+    add_line(told, first_point, false);
+    if (first_point > 0) spans.back().extrapolated = true;
+    for (const irregular_span &span : irregular) {
+        add_line(told, span.from + 1, false);
+        add_line(span.from + 1, span.to, true);
+        add_line(span.to, span.to + 1, false);
+        spans.back().break_before = time_break_kind::irregular_span;
+        spans.back().pcr_jump_ticks = span.jump_ticks;
+    }
 }
 
 /// The next point of the clock PID, or a discontinuity on it.
@@ -191,6 +197,7 @@ void pcr_clock::end(uint64_t fence)
         rate_ticks = all_ticks;
         rate_packets = all_packets;
         add_line(last.index + 1, fence, false);
+        if (fence > last.index + 1) spans.back().extrapolated = true;
     }
     end_ticks = last_ticks + scaled(static_cast<int64_t>(fence - last.index), rate_ticks, rate_packets);
 }
@@ -201,9 +208,4 @@ bool pcr_clock::next_span(time_span *span)
     *span = spans.front();
     spans.pop_front();
     return true;
-}
-
-std::optional<uint64_t> pcr_clock::last_point() const
-{
-    return running ? std::optional(last.index) : std::nullopt;
 }

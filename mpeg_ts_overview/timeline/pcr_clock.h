@@ -42,9 +42,6 @@ public:
     std::optional<int64_t> duration_ticks() const { return end_ticks; }
 
     std::optional<uint16_t> first_clock_pid() const { return first_pid; }
-    /// The first clock point that is the end of a regular span or its start, and the last clock point.
-    std::optional<uint64_t> first_point() const { return first_point_index; }
-    std::optional<uint64_t> last_point() const;
     /// Every PID that was the clock for a while, in order.
     const std::vector<uint16_t> &clock_pids() const { return pids; }
     bool is_bitrate_constant() const { return steadiness.is_constant(); }
@@ -69,6 +66,7 @@ private:
     void search(const clock_packet &packet);
     void start_clock(const clock_packet &packet, const point &from, int64_t ticks);
     void follow(const clock_packet &packet);
+    void add_lines_before(uint64_t first_regular);
     void hand_over(const clock_packet &packet);
     void note_regular(uint64_t from, int64_t from_arrival, const clock_packet &to, int64_t ticks);
     void add_line(uint64_t first, uint64_t fence, bool inside_break);
@@ -89,7 +87,6 @@ private:
     std::deque<time_span> spans;
     std::optional<int64_t> end_ticks;
     std::optional<uint16_t> first_pid;
-    std::optional<uint64_t> first_point_index;
     std::vector<uint16_t> pids;
     rate_steadiness steadiness;
     std::vector<double> ratios;

@@ -23,6 +23,7 @@ struct time_span {
     uint64_t fence = no_last_packet;
     time_source source = time_source::none;
     bool inside_break = false;
+    bool extrapolated = false; ///< before the first clock point or behind the last
     /// The break that ends with the first packet.
     std::optional<time_break_kind> break_before;
     std::optional<int64_t> pcr_jump_ticks;

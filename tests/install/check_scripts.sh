@@ -10,4 +10,6 @@ scripts=$(find . -path './build*' -prune -o -path ./.git -prune -o -type f \
 # The scripts are words on purpose; what they source is checked by itself.
 # shellcheck disable=SC2086
 shellcheck -e SC1091 $scripts
-shellcheck -s bash packaging/completion/mpeg_ts_analysis.bash
+shellcheck -s bash packaging/completion/*.bash
+# Expectations are sourced by what defines expect.
+shellcheck -s bash tests/install/completion_of_*.bash

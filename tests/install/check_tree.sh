@@ -38,6 +38,33 @@ for switch in $switches pcr-drift-correction; do
     done
 done
 
+# So it is with the overview, where it is built.
+if grep -q '^WITH_OVERVIEW:BOOL=ON' "$build/CMakeCache.txt"; then
+    for file in bin/mpeg_ts_overview share/mpeg_ts_overview/overview.schema.json; do
+        [ -f "$root/$file" ] || fail "$file is not installed"
+    done
+    options=$("$root/bin/mpeg_ts_overview" --help | grep -oE -- '--[a-z-]+' | sed 's/^--//' | sort -u)
+    [ "$(echo "$options" | wc -w)" -ge 14 ] || fail "the usage text lists too few options: $options"
+    limits=$("$root/bin/mpeg_ts_overview" --help | grep -oE '[a-z]+(_[a-z]+)+' | grep -v '^mpeg_ts' | sort -u)
+    [ "$(echo "$limits" | wc -w)" -eq 10 ] || fail "the usage text does not list ten limits: $limits"
+    for option in $options; do
+        grep -qE -- "Fl -$option( |$)" "$root/share/man/man1/mpeg_ts_overview.1" || fail "the manual does not explain --$option"
+    done
+    for limit in $limits; do
+        grep -qE "^\.It Cm $limit$" "$root/share/man/man1/mpeg_ts_overview.1" || fail "the manual does not explain $limit"
+    done
+    for completion in bash-completion/completions/mpeg_ts_overview zsh/site-functions/_mpeg_ts_overview \
+        fish/vendor_completions.d/mpeg_ts_overview.fish; do
+        for word in $options $limits; do
+            grep -qE -- "(^|[^a-z_-])-{0,2}$word([^a-z_-]|$)" "$root/share/$completion" || fail "$completion does not offer $word"
+        done
+    done
+    "$root/bin/mpeg_ts_overview" "$source/samples/encoder.ts" >"$scratch/summary" || fail "mpeg_ts_overview does not run"
+    "$root/bin/mpeg_ts_overview" --json="$scratch/out.json" "$source/samples/encoder.ts" || fail "it writes no JSON"
+    [ -s "$scratch/summary" ] || fail "its summary is empty"
+    [ -s "$scratch/out.json" ] || fail "its JSON is empty"
+fi
+
 # Each header stands alone.
 for header in $(cd "$root/include" && find . -name '*.h'); do
     echo "#include \"${header#./}\"" | "$compiler" -x c++ -std=c++17 -Wall -Werror -I"$root/include" -fsyntax-only - ||

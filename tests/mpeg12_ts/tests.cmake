@@ -9,6 +9,7 @@ add_tests_of(mpeg12_ts
     packet_sweep_test.cpp
     packet_test.cpp
     program_map_test.cpp
+    section_collector_test.cpp
     service_description_test.cpp
     table_assembly_section_test.cpp
     table_assembly_test.cpp)

@@ -1,0 +1,32 @@
+#include "mpeg_ts_overview/tables/eit.h"
+
+#include "mpeg12_ts/bit_reader.h"
+#include "mpeg_ts_overview/tables/dvb_time.h"
+
+std::optional<eit> read_eit(const table_section &section)
+{
+    eit information;
+    bit_reader in(section.body, section.body_fence);
+
+    if (!in.has(6)) return std::nullopt;
+    information.service_id = section.header.table_id_extension;
+    information.transport_stream_id = static_cast<uint16_t>(in.bits(16));
+    information.original_network_id = static_cast<uint16_t>(in.bits(16));
+    information.segment_last_section_number = static_cast<uint8_t>(in.bits(8));
+    information.last_table_id = static_cast<uint8_t>(in.bits(8));
+
+    while (in.has(12)) {
+        eit_event event;
+        event.event_id = static_cast<uint16_t>(in.bits(16));
+        event.start_utc_s = read_utc_time(in);
+        event.duration_s = read_bcd_duration(in);
+        event.running_status = static_cast<uint8_t>(in.bits(3));
+        event.free_CA_mode = in.bits(1) != 0;
+        const unsigned descriptors_loop_length = in.bits(12);
+        const std::optional<byte_range> descriptors = take_range(in, descriptors_loop_length);
+        if (!descriptors) break;
+        event.descriptors = *descriptors;
+        information.events.push_back(event);
+    }
+    return information;
+}

@@ -1,0 +1,37 @@
+// The event information section, EN 300 468 5.2.4.
+#pragma once
+
+#include "mpeg_ts_overview/tables/byte_range.h"
+#include "mpeg_ts_overview/tables/section.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+constexpr uint8_t eit_present_following_actual_table_id = 0x4E;
+constexpr uint8_t eit_present_following_other_table_id = 0x4F;
+constexpr uint8_t eit_first_schedule_actual_table_id = 0x50; ///< up to 0x5F
+constexpr uint8_t eit_first_schedule_other_table_id = 0x60;  ///< up to 0x6F
+constexpr uint8_t eit_last_table_id = 0x6F;
+constexpr uint16_t eit_pid = 0x0012;
+
+struct eit_event {
+    uint16_t event_id = 0;
+    std::optional<int64_t> start_utc_s; ///< seconds since 1970-01-01T00:00:00Z; none when undefined
+    std::optional<uint32_t> duration_s; ///< none when undefined
+    uint8_t running_status = 0;         ///< 0 to 7
+    bool free_CA_mode = false;
+    byte_range descriptors;
+};
+
+struct eit {
+    uint16_t service_id = 0;
+    uint16_t transport_stream_id = 0;
+    uint16_t original_network_id = 0;
+    uint8_t segment_last_section_number = 0;
+    uint8_t last_table_id = 0;
+    std::vector<eit_event> events;
+};
+
+/// The section, its events as far as they fit; nothing when it is shorter than its fixed part.
+std::optional<eit> read_eit(const table_section &section);

@@ -1,0 +1,237 @@
+#include "mpeg_ts_overview/tables/program_map.h"
+
+#include "mpeg_ts_overview/tables/conditional_access.h"
+#include "mpeg_ts_overview/tables/stream_type.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The place of an entry in the PAT: entries of a section follow those of the sections before.
+uint32_t place_of(unsigned section_number, size_t entry)
+{
+    return static_cast<uint32_t>(section_number << 16 | entry);
+}
+
+bool are_equal(const stream_role &a, const stream_role &b)
+{
+    return a.kind == b.kind && a.still_pictures == b.still_pictures && a.pcr_pid == b.pcr_pid &&
+           a.program == b.program;
+}
+
+pid_use use_of(const pat_entry &entry)
+{
+    return entry.program_number == 0 ? pid_use::network : pid_use::map;
+}
+
+} // namespace
+
+program_map::program_map(pid_directory &uses)
+    : directory(uses), roles(mpeg_ts_pid_count), listings(mpeg_ts_pid_count)
+{
+}
+
+void program_map::on_section(const table_section &section)
+{
+    if (section.header.section_syntax_indicator == 0 || section.header.current_next_indicator == 0) return;
+    if (section.pid == pat_pid && section.header.table_id == pat_table_id)
+        on_pat(section);
+    else if (section.header.table_id == pmt_table_id && directory.is(section.pid, pid_use::map))
+        on_pmt(section);
+}
+
+void program_map::on_pat(const table_section &section)
+{
+    const unsigned section_number = section.header.section_number;
+    const unsigned last = std::max<unsigned>(section_number, section.header.last_section_number);
+    stream_id = section.header.table_id_extension;
+    for (unsigned number = last + 1; number < pat_sections.size(); ++number)
+        if (!pat_sections[number].empty()) replace_pat_section(number, {});
+    if (pat_sections[section_number].empty() || pat_crcs[section_number] != section.crc_32)
+        replace_pat_section(section_number, read_pat(section));
+    pat_crcs[section_number] = section.crc_32;
+}
+
+void program_map::replace_pat_section(unsigned section_number, std::vector<pat_entry> entries)
+{
+    // What goes on being named is never without a name, so that its sections in hand are not lost.
+    for (const pat_entry &entry : entries) directory.add(entry.PID, use_of(entry));
+    std::swap(entries, pat_sections[section_number]);
+    const std::vector<pat_entry> &gone = entries;
+    const std::vector<pat_entry> &here = pat_sections[section_number];
+    for (const pat_entry &entry : gone) directory.remove(entry.PID, use_of(entry));
+
+    std::set<uint32_t> touched;
+    for (size_t i = 0; i < gone.size(); ++i) {
+        if (gone[i].program_number == 0) continue;
+        const uint32_t index = program_index(gone[i].program_number);
+        programs[index].places.erase(place_of(section_number, i));
+        touched.insert(index);
+    }
+    for (size_t i = 0; i < here.size(); ++i) {
+        if (here[i].program_number == 0) continue;
+        const uint32_t index = program_index(here[i].program_number);
+        programs[index].places[place_of(section_number, i)] = here[i].PID;
+        touched.insert(index);
+    }
+    settle(touched);
+}
+
+void program_map::settle(const std::set<uint32_t> &touched)
+{
+    // Programs may change places: all leave theirs before the first takes its new one.
+    std::vector<program *> moved;
+    for (const uint32_t index : touched) {
+        program &which = programs[index];
+        const auto first = which.places.begin();
+        if (first != which.places.end() && first->first == which.place && first->second == which.pmt_pid)
+            continue;
+        if (which.current) leave(which.place, which.last);
+        moved.push_back(&which);
+    }
+    for (program *which : moved) {
+        const bool was_current = which->current;
+        const auto first = which->places.begin();
+        if (first == which->places.end()) {
+            which->current = false;
+        } else {
+            which->current = was_current && which->pmt_pid == first->second;
+            which->place = first->first;
+            which->pmt_pid = first->second;
+        }
+        if (which->current) enter(*which);
+        if (!was_current || which->current) continue;
+        unname(which->last);
+        ++change_count;
+    }
+    for (const program *which : moved) refresh(which->last);
+}
+
+void program_map::on_pmt(const table_section &section)
+{
+    const auto found = index_of.find(section.header.table_id_extension);
+    if (found == index_of.end()) return;
+    program &which = programs[found->second];
+    if (which.places.empty() || which.pmt_pid != section.pid) return;
+    if (which.current && which.last.crc_32 == section.crc_32) return;
+    const std::optional<pmt> map = read_pmt(section);
+    if (!map) return;
+
+    const bool was_current = which.current;
+    const kept_map before = std::move(which.last);
+    kept_count -= before.streams.size() + before.ca_systems.size();
+    which.last = keep(*map, section.crc_32);
+    which.ever_mapped = which.current = true;
+    for (const auto &[pid, use] : which.last.names) directory.add(pid, use);
+    if (was_current) unname(before);
+    if (was_current) leave(which.place, before);
+    enter(which);
+    if (was_current) refresh(before);
+    refresh(which.last);
+    if (!was_current || before.pcr_pid != which.last.pcr_pid) ++change_count;
+}
+
+program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
+{
+    kept_map kept;
+    kept.crc_32 = crc_32;
+    kept.pcr_pid = map.PCR_PID;
+    if (map.PCR_PID != no_pcr_pid) kept.names.emplace_back(map.PCR_PID, pid_use::clock);
+
+    std::set<std::pair<uint16_t, uint16_t>> systems;
+    const auto keep_systems = [&](byte_range loop) {
+        for (const ca_descriptor &ca : read_ca_descriptors(loop)) {
+            if (!systems.emplace(ca.CA_system_ID, ca.CA_PID).second) continue;
+            if (kept_count == mapped_stream_limit) {
+                ++not_kept;
+                continue;
+            }
+            ++kept_count;
+            kept.ca_systems.push_back({ca.CA_system_ID, ca.CA_PID});
+            kept.names.emplace_back(ca.CA_PID, pid_use::conditional_access);
+        }
+    };
+    keep_systems(map.program_info);
+    const bool blu_ray_program = is_registered(map.program_info, "HDMV");
+    for (const pmt_stream &stream : map.streams) {
+        keep_systems(stream.ES_info);
+        if (kept_count == mapped_stream_limit) {
+            ++not_kept;
+            continue;
+        }
+        ++kept_count;
+        const stream_nature nature = nature_of(stream, blu_ray_program);
+        kept.streams.push_back(
+            {stream.elementary_PID, stream.stream_type, nature.still_pictures, nature.kind});
+        if (nature.sections) kept.names.emplace_back(stream.elementary_PID, pid_use::sections);
+        if (stream.stream_type != private_sections_stream_type)
+            kept.names.emplace_back(stream.elementary_PID, pid_use::stream);
+    }
+    return kept;
+}
+
+void program_map::enter(const program &which)
+{
+    std::optional<uint16_t> pcr_pid;
+    if (which.last.pcr_pid != no_pcr_pid) pcr_pid = which.last.pcr_pid;
+    for (const kept_stream &stream : which.last.streams)
+        listings[stream.pid].emplace(which.place,
+                                     stream_role{stream.kind, stream.still_pictures, pcr_pid, which.number});
+}
+
+void program_map::leave(uint32_t place, const kept_map &map)
+{
+    for (const kept_stream &stream : map.streams) listings[stream.pid].erase(place);
+}
+
+void program_map::unname(const kept_map &map)
+{
+    for (const auto &[pid, use] : map.names) directory.remove(pid, use);
+}
+
+void program_map::refresh(const kept_map &map)
+{
+    for (const kept_stream &stream : map.streams) {
+        const auto &listing = listings[stream.pid];
+        const stream_role role = listing.empty() ? stream_role{} : listing.begin()->second;
+        if (!are_equal(role, roles[stream.pid])) ++change_count;
+        roles[stream.pid] = role;
+    }
+}
+
+uint32_t program_map::program_index(uint16_t number)
+{
+    const auto [entry, is_new] = index_of.emplace(number, static_cast<uint32_t>(programs.size()));
+    if (is_new) {
+        programs.emplace_back();
+        programs.back().number = number;
+    }
+    return entry->second;
+}
+
+program_map::program_state program_map::state_of(size_t index) const
+{
+    const program &which = programs[index];
+    return {which.number, which.pmt_pid, !which.places.empty(), which.current};
+}
+
+std::vector<program_facts> program_map::facts() const
+{
+    std::vector<program_facts> all;
+    all.reserve(programs.size());
+    for (const program &which : programs) {
+        program_facts facts;
+        facts.number = which.number;
+        facts.pmt_pid = which.pmt_pid;
+        if (which.ever_mapped) facts.pcr_pid = which.last.pcr_pid;
+        facts.ca_systems = which.last.ca_systems;
+        for (const kept_stream &stream : which.last.streams) {
+            program_stream entry;
+            entry.pid = stream.pid;
+            entry.stream_type = stream.stream_type;
+            facts.streams.push_back(std::move(entry));
+        }
+        all.push_back(std::move(facts));
+    }
+    return all;
+}

@@ -1,0 +1,106 @@
+// Whose PID is this? What the current PAT and PMTs say, ISO/IEC 13818-1 2.4.4.3 and 2.4.4.8. A new version of
+// a PAT section takes the place of the old one at once; a PMT is current from its first arrival on the PID
+// that the PAT gives for the program, as long as the PAT does.
+#pragma once
+
+#include "mpeg_ts_overview/model/program_facts.h"
+#include "mpeg_ts_overview/tables/pat.h"
+#include "mpeg_ts_overview/tables/pid_directory.h"
+#include "mpeg_ts_overview/tables/pmt.h"
+#include "mpeg_ts_overview/tables/section.h"
+#include "mpeg_ts_overview/tables/stream_role.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+/// Streams and CA systems of all programs together; what a PMT names beyond them is not kept.
+constexpr uint64_t mapped_stream_limit = 16384;
+
+class program_map {
+public:
+    explicit program_map(pid_directory &uses);
+
+    /// Takes every section whose CRC_32 is right, and looks at PAT and PMTs.
+    void on_section(const table_section &section);
+
+    /// What the PID is to the first program of the PAT whose current PMT lists it.
+    const stream_role &role_of(uint16_t pid) const { return roles[pid]; }
+
+    /// True while a program with a current PMT has its PCRs on the PID.
+    bool is_program_clock(uint16_t pid) const { return directory.is(pid, pid_use::clock); }
+
+    /// Goes up when a role or a program's clock changes.
+    uint64_t changes() const { return change_count; }
+
+    /// The transport_stream_id of the last PAT section.
+    std::optional<uint16_t> transport_stream_id() const { return stream_id; }
+
+    /// Every program that any current PAT named, in that order, with what its last PMT said: number, PIDs, CA
+    /// systems, streams. What comes from elsewhere is left out.
+    std::vector<program_facts> facts() const;
+
+    /// What programs are there now, for those who watch their PMTs.
+    struct program_state {
+        uint16_t number = 0;
+        uint16_t pmt_pid = 0;
+        bool in_pat = false;  ///< the current PAT lists it
+        bool has_map = false; ///< and its PMT has come
+    };
+    size_t program_count() const { return programs.size(); }
+    program_state state_of(size_t index) const;
+
+    uint64_t streams_not_kept() const { return not_kept; }
+
+private:
+    struct kept_stream {
+        uint16_t pid = 0;
+        uint8_t stream_type = 0;
+        bool still_pictures = false;
+        stream_kind kind = stream_kind::other;
+    };
+    struct kept_map {
+        uint32_t crc_32 = 0;
+        uint16_t pcr_pid = 0;
+        std::vector<kept_stream> streams;
+        std::vector<ca_system> ca_systems;
+        std::vector<std::pair<uint16_t, pid_use>> names; ///< every PID that it names, and what for
+    };
+    struct program {
+        uint16_t number = 0;
+        uint16_t pmt_pid = 0;
+        std::map<uint32_t, uint16_t> places; ///< in the current PAT, in its order, and the PIDs there
+        uint32_t place = 0;                  ///< the first of them, when there is one
+        kept_map last;
+        bool ever_mapped = false; ///< last is what a PMT said
+        bool current = false;     ///< last is what its current PMT says
+    };
+
+    void on_pat(const table_section &section);
+    void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries);
+    void settle(const std::set<uint32_t> &touched);
+    void on_pmt(const table_section &section);
+    kept_map keep(const pmt &map, uint32_t crc_32);
+    void enter(const program &which);
+    void leave(uint32_t place, const kept_map &map);
+    void unname(const kept_map &map);
+    void refresh(const kept_map &map);
+    uint32_t program_index(uint16_t number);
+
+    pid_directory &directory;
+    std::vector<stream_role> roles;
+    std::vector<std::map<uint32_t, stream_role>> listings; ///< per PID, by the program's place in the PAT
+    std::array<std::vector<pat_entry>, 256> pat_sections;
+    std::array<uint32_t, 256> pat_crcs = {};
+    std::vector<program> programs;
+    std::unordered_map<uint16_t, uint32_t> index_of; ///< by program_number
+    std::optional<uint16_t> stream_id;
+    uint64_t change_count = 0;
+    uint64_t kept_count = 0;
+    uint64_t not_kept = 0;
+};

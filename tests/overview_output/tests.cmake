@@ -1,0 +1,17 @@
+add_tests_of(overview_output
+    figures_test.cpp
+    json_test.cpp
+    json_values_test.cpp
+    sample_overview.cpp
+    terminal_text_test.cpp
+    text_checks_test.cpp
+    text_test.cpp)
+target_link_libraries(overview_output_tests PRIVATE overview_output)
+
+# Every JSON output holds against its schema, which knows nothing that the outputs do not have.
+add_executable(write_sample_json overview_output/write_sample_json.cpp overview_output/sample_overview.cpp)
+target_link_libraries(write_sample_json PRIVATE overview_output)
+add_test(NAME overview_output.schema
+         COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_schema.sh"
+                 "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:write_sample_json>)
+set_tests_properties(overview_output.schema PROPERTIES SKIP_RETURN_CODE 77)
