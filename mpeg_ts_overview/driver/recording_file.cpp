@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -22,22 +21,26 @@ double seconds(std::chrono::steady_clock::duration time)
 
 recording_file::~recording_file()
 {
-    if (progress_shown) std::fputs("\r\033[K", stderr);
+    end_progress();
     if (descriptor > STDIN_FILENO) close(descriptor);
+}
+
+void recording_file::end_progress()
+{
+    if (progress_shown) std::fputs("\r\033[K", stderr);
+    shows_progress = progress_shown = false;
 }
 
 bool recording_file::open(const std::string &path)
 {
-    struct stat status = {};
-
     if (path == "-") {
         descriptor = STDIN_FILENO;
     } else {
         while ((descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0)
             if (errno != EINTR || interrupt_noted()) return false;
     }
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
-        size = static_cast<uint64_t>(status.st_size);
+    if (fstat(descriptor, &opened) == 0 && S_ISREG(opened.st_mode))
+        size = static_cast<uint64_t>(opened.st_size);
     shows_progress = size != 0 && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     started = shown_at = std::chrono::steady_clock::now();
     return true;

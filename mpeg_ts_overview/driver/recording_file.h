@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sys/stat.h>
 
 class recording_file {
 public:
@@ -20,6 +21,12 @@ public:
     /// when reading fails.
     ptrdiff_t read(uint8_t *to, size_t size);
 
+    /// Takes the progress line away.
+    void end_progress();
+
+    /// What fstat() said when it was opened.
+    const struct stat &status() const { return opened; }
+
     /// errno of the read that failed, 0 when none did.
     int error() const { return read_error; }
 
@@ -28,6 +35,7 @@ private:
 
     int descriptor = -1;
     int read_error = 0;
+    struct stat opened = {};
     uint64_t size = 0; ///< of a regular file when it was opened, else 0
     uint64_t done = 0; ///< bytes read
     bool shows_progress = false;
