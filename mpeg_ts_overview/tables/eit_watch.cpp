@@ -1,9 +1,9 @@
 #include "mpeg_ts_overview/tables/eit_watch.h"
 
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/sdt.h"
 #include "mpeg_ts_overview/tables/standard_limits.h"
-#include "mpeg_ts_overview/tables/violation_note.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -109,7 +109,7 @@ void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_onl
         const int64_t limit =
             is_actual ? eit_present_following_interval_ticks : eit_present_following_other_interval_ticks;
         if (*end_of_recording.ticks - *half->ticks < limit) continue;
-        note_violation(halves[sure_times_only ? 1 : 0], *half, key.pid, [&] {
+        log_violation(halves[sure_times_only ? 1 : 0], *half, key.pid, [&] {
             return fmt::format("service 0x{:04X}: section {} never came", *key.table_id_extension,
                                first[0] ? 1 : 0);
         });

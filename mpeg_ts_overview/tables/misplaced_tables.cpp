@@ -1,5 +1,6 @@
 #include "mpeg_ts_overview/tables/misplaced_tables.h"
 
+#include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/pat.h"
 #include "mpeg_ts_overview/tables/table_home.h"
 #include "mpeg_ts_overview/tables/table_name.h"
@@ -7,21 +8,22 @@
 void misplaced_tables::on_section(const table_section &section)
 {
     if (!is_misplaced(directory, section.pid, section.header.table_id)) return;
-    const std::string text = table_name(section.header.table_id) + " on a PID of other tables";
-    by_pid[section.pid].add(section.at, section.pid, text.c_str());
+    log_violation(by_pid[section.pid], section.at, section.pid,
+                  [&] { return table_name(section.header.table_id) + " on a PID of other tables"; });
 }
 
 void misplaced_tables::on_bad_section(const table_section &section)
 {
     if (!is_on_own_pid(directory, section.pid, section.header.table_id)) return;
-    const std::string text = "wrong CRC_32 of " + table_name(section.header.table_id);
-    crc_log.add(section.at, section.pid, text.c_str());
+    log_violation(crc_log, section.at, section.pid,
+                  [&] { return "wrong CRC_32 of " + table_name(section.header.table_id); });
 }
 
 void misplaced_tables::on_scrambled_packet(uint16_t pid, const moment &at)
 {
-    if (pid == pat_pid) pat_log.add(at, pid, "a scrambled packet");
-    if (directory.is(pid, pid_use::map)) pmt_log.add(at, pid, "a scrambled packet");
+    const auto text = [] { return "a scrambled packet"; };
+    if (pid == pat_pid) log_violation(pat_log, at, pid, text);
+    if (directory.is(pid, pid_use::map)) log_violation(pmt_log, at, pid, text);
 }
 
 const violation_log &misplaced_tables::on_pid(uint16_t pid) const

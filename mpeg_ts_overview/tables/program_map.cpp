@@ -35,6 +35,7 @@ program_map::program_map(pid_directory &uses)
 void program_map::on_section(const table_section &section)
 {
     listing.clear();
+    changed.clear();
     if (!is_long(section) || !is_current(section)) return;
     if (section.pid == pat_pid && section.header.table_id == pat_table_id)
         on_pat(section);
@@ -114,8 +115,9 @@ void program_map::move(program &which)
     }
     if (which.current) enter(which);
     if (!was_current || which.current) return;
+    const bool had_clock = is_program_clock(which.last.pcr_pid);
     unname(which.last);
-    ++change_count;
+    note_clock(which.last.pcr_pid, had_clock);
 }
 
 void program_map::on_pmt(const table_section &section)
@@ -129,17 +131,20 @@ void program_map::on_pmt(const table_section &section)
     if (!map) return;
 
     const bool was_current = which.current;
+    const bool had_old_clock = is_program_clock(which.last.pcr_pid);
+    const bool had_new_clock = is_program_clock(map->PCR_PID);
     const kept_map before = std::move(which.last);
     kept_count -= before.streams.size() + before.ca_systems.size();
     which.last = keep(*map, section.crc_32);
-    which.ever_mapped = which.current = true;
+    which.ever_mapped = which.current = map_came = true;
     for (const auto &[pid, use] : which.last.names) directory.add(pid, use);
     if (was_current) unname(before);
     if (was_current) leave(which.place, before);
     enter(which);
     if (was_current) refresh(before);
     refresh(which.last);
-    if (!was_current || before.pcr_pid != which.last.pcr_pid) ++change_count;
+    note_clock(before.pcr_pid, had_old_clock);
+    if (before.pcr_pid != which.last.pcr_pid) note_clock(which.last.pcr_pid, had_new_clock);
 }
 
 program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
@@ -165,7 +170,7 @@ program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
     };
     keep_systems(map.program_info);
     const bool blu_ray_program = is_registered(map.program_info, "HDMV");
-    for (const pmt_stream &stream : map.streams) {
+    for (const pmt_entry &stream : map.streams) {
         keep_systems(stream.ES_info);
         if (kept_count == mapped_stream_limit) {
             ++not_kept;
@@ -206,9 +211,14 @@ void program_map::refresh(const kept_map &map)
     for (const kept_stream &stream : map.streams) {
         const auto &listed_by = listings[stream.pid];
         const stream_role role = listed_by.empty() ? stream_role{} : listed_by.begin()->second;
-        if (!are_equal(role, roles[stream.pid])) ++change_count;
+        if (!are_equal(role, roles[stream.pid])) changed.push_back(stream.pid);
         roles[stream.pid] = role;
     }
+}
+
+void program_map::note_clock(uint16_t pid, bool was_program_clock)
+{
+    if (is_program_clock(pid) != was_program_clock) changed.push_back(pid);
 }
 
 uint32_t program_map::program_index(uint16_t number)

@@ -35,11 +35,15 @@ public:
     /// True while a program with a current PMT has its PCRs on the PID.
     bool is_program_clock(uint16_t pid) const { return directory.is(pid, pid_use::clock); }
 
+    /// True once a PMT has been current.
+    bool had_map() const { return map_came; }
+
     /// True once a PMT has had a CA_descriptor.
     bool has_conditional_access() const { return had_ca_descriptor; }
 
-    /// Goes up when a role or a program's clock changes.
-    uint64_t changes() const { return change_count; }
+    /// The PIDs whose role, or whose being a program's clock, the section that came last changed; a PID may
+    /// stand there more than once.
+    const std::vector<uint16_t> &changed_pids() const { return changed; }
 
     /// The transport_stream_id of the last PAT section.
     std::optional<uint16_t> transport_stream_id() const { return stream_id; }
@@ -94,6 +98,7 @@ private:
     void leave(uint32_t place, const kept_map &map);
     void unname(const kept_map &map);
     void refresh(const kept_map &map);
+    void note_clock(uint16_t pid, bool was_program_clock);
     uint32_t program_index(uint16_t number);
 
     pid_directory &directory;
@@ -105,8 +110,9 @@ private:
     std::unordered_map<uint16_t, uint32_t> index_of; ///< by program_number
     std::vector<listing_change> listing;
     std::optional<uint16_t> stream_id;
+    bool map_came = false;
     bool had_ca_descriptor = false;
-    uint64_t change_count = 0;
+    std::vector<uint16_t> changed;
     uint64_t kept_count = 0;
     uint64_t not_kept = 0;
 };

@@ -1,7 +1,7 @@
 #include "mpeg_ts_overview/tables/repetition_limit.h"
 
+#include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/table_name.h"
-#include "mpeg_ts_overview/tables/violation_note.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -17,8 +17,7 @@ std::string words_of(const watched_thing &thing, int64_t ticks)
     std::string text = "no " + table_name(thing.table_id);
     if (thing.extension) text += fmt::format(" of 0x{:04X}", *thing.extension);
     if (thing.section_number) text += fmt::format(", section {}", *thing.section_number);
-    const double milliseconds = static_cast<double>(ticks) * 1000 / static_cast<double>(ticks_per_second);
-    return text + fmt::format(", for {:.3f} ms", milliseconds);
+    return text + " for " + in_ms(ticks);
 }
 
 } // namespace
@@ -46,7 +45,7 @@ void repetition_limit::judge(repetition_findings &here, const wait &w, bool betw
 {
     const int64_t ticks = *w.to.ticks - w.from_ticks;
     const bool is_too_long = ticks > longest_allowed;
-    if (is_too_long) note_violation(here.log, w.to, thing.pid, [&] { return words_of(thing, ticks); });
+    if (is_too_long) log_violation(here.log, w.to, thing.pid, [&] { return words_of(thing, ticks); });
     if (is_too_long || between_arrivals)
         here.longest_ticks = std::max(ticks, here.longest_ticks.value_or(ticks));
 }

@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/tables/section_gaps.h"
 
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/nit.h"
 #include "mpeg_ts_overview/tables/sdt.h"
 #include "mpeg_ts_overview/tables/table_home.h"
@@ -45,6 +46,7 @@ void section_gaps::judge(findings &here, int64_t gap, const table_section &secti
 {
     here.shortest = std::min(gap, here.shortest.value_or(gap));
     if (!least || gap * tolerance_divisor >= *least * (tolerance_divisor - 1)) return;
-    const std::string text = table_name(section.header.table_id) + " follows the section before too soon";
-    here.log.add(section.begun, section.pid, text.c_str());
+    log_violation(here.log, section.begun, section.pid, [&] {
+        return table_name(section.header.table_id) + " " + in_ms(gap) + " behind the section before";
+    });
 }

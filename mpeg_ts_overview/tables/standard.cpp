@@ -44,7 +44,7 @@ bool is_blu_ray(const table_section &section)
     if (!map) return false;
     return is_registered(map->program_info, "HDMV") ||
            std::any_of(map->streams.begin(), map->streams.end(),
-                       [](const pmt_stream &stream) { return is_registered(stream.ES_info, "HDMV"); });
+                       [](const pmt_entry &stream) { return is_registered(stream.ES_info, "HDMV"); });
 }
 
 } // namespace

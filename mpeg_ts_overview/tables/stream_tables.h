@@ -47,6 +47,7 @@ public:
     /// The recording ends. has_packets: a packet of the PID came at any time.
     void finish(const moment &end, const std::function<bool(uint16_t pid)> &has_packets);
 
+    const time_stretches &times() const { return stretches; }
     const program_map &programs() const { return map; }
     const pid_directory &uses() const { return directory; }
     const section_router &sections() const { return router; }

@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/tables/table_rows.h"
 
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/table_name.h"
 
 #include <algorithm>
@@ -73,6 +74,6 @@ void table_rows::compare(table_facts &row, const section_record &before, const t
     if (!is_long(section) || !must_change_version(row.table_id)) return;
     if (section.header.version_number != before.version_number || section.crc_32 == before.crc_32) return;
     ++row.changed_under_same_version;
-    const std::string text = row.name + " changed under the same version";
-    changed.add(section.at, section.pid, text.c_str());
+    log_violation(changed, section.at, section.pid,
+                  [&] { return row.name + " changed under the same version"; });
 }
