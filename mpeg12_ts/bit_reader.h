@@ -42,10 +42,10 @@ public:
         buffer[length] = '\0';
     }
 
-    void skip(size_t bytes) { position_in_bits += 8 * bytes; }
+    void skip(size_t count) { position_in_bits += 8 * count; }
 
     /// True when this many whole bytes are left before the fence.
-    bool has(size_t bytes) const { return bytes <= bytes_left(); }
+    bool has(size_t count) const { return count <= bytes_left(); }
 
     /// Whole bytes left before the fence.
     size_t bytes_left() const { return bytes_read() < size ? size - bytes_read() : 0; }

@@ -1,6 +1,6 @@
 #include "mpeg_ts_overview/meters/continuity.h"
 
-#include "mpeg_ts_overview/meters/log_violation.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "mpeg_ts_overview/meters/time_stamps.h"
 
 #include "mpeg_ts_overview/meters/clock_arithmetic.h"
-#include "mpeg_ts_overview/meters/log_violation.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "mpeg_ts_overview/meters/transport_faults.h"
 
-#include "mpeg_ts_overview/meters/log_violation.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 
 void transport_faults::on_sync_loss(const moment &at)
 {

@@ -15,6 +15,16 @@ constexpr uint8_t eit_first_schedule_other_table_id = 0x60;  ///< up to 0x6F
 constexpr uint8_t eit_last_table_id = 0x6F;
 constexpr uint16_t eit_pid = 0x0012;
 
+constexpr bool is_eit(uint8_t table_id)
+{
+    return table_id >= eit_present_following_actual_table_id && table_id <= eit_last_table_id;
+}
+
+constexpr bool is_eit_schedule(uint8_t table_id)
+{
+    return table_id >= eit_first_schedule_actual_table_id && table_id <= eit_last_table_id;
+}
+
 struct eit_event {
     uint16_t event_id = 0;
     std::optional<int64_t> start_utc_s; ///< seconds since 1970-01-01T00:00:00Z; none when undefined

@@ -7,9 +7,6 @@
 #include <cstdint>
 #include <vector>
 
-constexpr uint8_t mgt_table_id = 0xC7;
-constexpr uint16_t psip_base_pid = 0x1FFB;
-
 struct mgt_table {
     uint16_t table_type = 0;
     uint16_t table_type_PID = 0;

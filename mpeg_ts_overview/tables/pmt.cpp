@@ -18,7 +18,7 @@ std::optional<pmt> read_pmt(const table_section &section)
     map.program_info = *program_info;
 
     while (in.has(5)) {
-        pmt_stream stream;
+        pmt_entry stream;
         stream.stream_type = static_cast<uint8_t>(in.bits(8));
         in.bits(3); // reserved
         stream.elementary_PID = static_cast<uint16_t>(in.bits(13));

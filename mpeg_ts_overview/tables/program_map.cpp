@@ -2,6 +2,7 @@
 
 #include "mpeg_ts_overview/tables/conditional_access.h"
 #include "mpeg_ts_overview/tables/stream_type.h"
+#include "mpeg_ts_overview/tables/table_key.h"
 
 #include <algorithm>
 
@@ -33,7 +34,9 @@ program_map::program_map(pid_directory &uses)
 
 void program_map::on_section(const table_section &section)
 {
-    if (section.header.section_syntax_indicator == 0 || section.header.current_next_indicator == 0) return;
+    listing.clear();
+    changed.clear();
+    if (!is_long(section) || !is_current(section)) return;
     if (section.pid == pat_pid && section.header.table_id == pat_table_id)
         on_pat(section);
     else if (section.header.table_id == pmt_table_id && directory.is(section.pid, pid_use::map))
@@ -84,27 +87,37 @@ void program_map::settle(const std::set<uint32_t> &touched)
     for (const uint32_t index : touched) {
         program &which = programs[index];
         const auto first = which.places.begin();
-        if (first != which.places.end() && first->first == which.place && first->second == which.pmt_pid)
+        const bool is_listed = first != which.places.end();
+        if (is_listed && which.is_listed && first->first == which.place && first->second == which.pmt_pid)
             continue;
         if (which.current) leave(which.place, which.last);
         moved.push_back(&which);
     }
-    for (program *which : moved) {
-        const bool was_current = which->current;
-        const auto first = which->places.begin();
-        if (first == which->places.end()) {
-            which->current = false;
-        } else {
-            which->current = was_current && which->pmt_pid == first->second;
-            which->place = first->first;
-            which->pmt_pid = first->second;
-        }
-        if (which->current) enter(*which);
-        if (!was_current || which->current) continue;
-        unname(which->last);
-        ++change_count;
-    }
+    for (program *which : moved) move(*which);
     for (const program *which : moved) refresh(which->last);
+}
+
+/// Takes a program to its first place in the PAT, or out of it.
+void program_map::move(program &which)
+{
+    const auto first = which.places.begin();
+    const bool is_listed = first != which.places.end();
+    const bool stays = is_listed && which.is_listed && which.pmt_pid == first->second;
+    const bool was_current = which.current;
+
+    if (which.is_listed && !stays) listing.push_back({which.number, which.pmt_pid, false});
+    which.is_listed = is_listed;
+    which.current = was_current && stays;
+    if (is_listed) {
+        which.place = first->first;
+        which.pmt_pid = first->second;
+        if (!stays) listing.push_back({which.number, which.pmt_pid, true});
+    }
+    if (which.current) enter(which);
+    if (!was_current || which.current) return;
+    const bool had_clock = is_program_clock(which.last.pcr_pid);
+    unname(which.last);
+    note_clock(which.last.pcr_pid, had_clock);
 }
 
 void program_map::on_pmt(const table_section &section)
@@ -112,23 +125,26 @@ void program_map::on_pmt(const table_section &section)
     const auto found = index_of.find(section.header.table_id_extension);
     if (found == index_of.end()) return;
     program &which = programs[found->second];
-    if (which.places.empty() || which.pmt_pid != section.pid) return;
+    if (!which.is_listed || which.pmt_pid != section.pid) return;
     if (which.current && which.last.crc_32 == section.crc_32) return;
     const std::optional<pmt> map = read_pmt(section);
     if (!map) return;
 
     const bool was_current = which.current;
+    const bool had_old_clock = is_program_clock(which.last.pcr_pid);
+    const bool had_new_clock = is_program_clock(map->PCR_PID);
     const kept_map before = std::move(which.last);
     kept_count -= before.streams.size() + before.ca_systems.size();
     which.last = keep(*map, section.crc_32);
-    which.ever_mapped = which.current = true;
+    which.ever_mapped = which.current = map_came = true;
     for (const auto &[pid, use] : which.last.names) directory.add(pid, use);
     if (was_current) unname(before);
     if (was_current) leave(which.place, before);
     enter(which);
     if (was_current) refresh(before);
     refresh(which.last);
-    if (!was_current || before.pcr_pid != which.last.pcr_pid) ++change_count;
+    note_clock(before.pcr_pid, had_old_clock);
+    if (before.pcr_pid != which.last.pcr_pid) note_clock(which.last.pcr_pid, had_new_clock);
 }
 
 program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
@@ -141,6 +157,7 @@ program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
     std::set<std::pair<uint16_t, uint16_t>> systems;
     const auto keep_systems = [&](byte_range loop) {
         for (const ca_descriptor &ca : read_ca_descriptors(loop)) {
+            had_ca_descriptor = true;
             if (!systems.emplace(ca.CA_system_ID, ca.CA_PID).second) continue;
             if (kept_count == mapped_stream_limit) {
                 ++not_kept;
@@ -153,7 +170,7 @@ program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
     };
     keep_systems(map.program_info);
     const bool blu_ray_program = is_registered(map.program_info, "HDMV");
-    for (const pmt_stream &stream : map.streams) {
+    for (const pmt_entry &stream : map.streams) {
         keep_systems(stream.ES_info);
         if (kept_count == mapped_stream_limit) {
             ++not_kept;
@@ -192,11 +209,16 @@ void program_map::unname(const kept_map &map)
 void program_map::refresh(const kept_map &map)
 {
     for (const kept_stream &stream : map.streams) {
-        const auto &listing = listings[stream.pid];
-        const stream_role role = listing.empty() ? stream_role{} : listing.begin()->second;
-        if (!are_equal(role, roles[stream.pid])) ++change_count;
+        const auto &listed_by = listings[stream.pid];
+        const stream_role role = listed_by.empty() ? stream_role{} : listed_by.begin()->second;
+        if (!are_equal(role, roles[stream.pid])) changed.push_back(stream.pid);
         roles[stream.pid] = role;
     }
+}
+
+void program_map::note_clock(uint16_t pid, bool was_program_clock)
+{
+    if (is_program_clock(pid) != was_program_clock) changed.push_back(pid);
 }
 
 uint32_t program_map::program_index(uint16_t number)
@@ -207,12 +229,6 @@ uint32_t program_map::program_index(uint16_t number)
         programs.back().number = number;
     }
     return entry->second;
-}
-
-program_map::program_state program_map::state_of(size_t index) const
-{
-    const program &which = programs[index];
-    return {which.number, which.pmt_pid, !which.places.empty(), which.current};
 }
 
 std::vector<program_facts> program_map::facts() const

@@ -35,8 +35,15 @@ public:
     /// True while a program with a current PMT has its PCRs on the PID.
     bool is_program_clock(uint16_t pid) const { return directory.is(pid, pid_use::clock); }
 
-    /// Goes up when a role or a program's clock changes.
-    uint64_t changes() const { return change_count; }
+    /// True once a PMT has been current.
+    bool had_map() const { return map_came; }
+
+    /// True once a PMT has had a CA_descriptor.
+    bool has_conditional_access() const { return had_ca_descriptor; }
+
+    /// The PIDs whose role, or whose being a program's clock, the section that came last changed; a PID may
+    /// stand there more than once.
+    const std::vector<uint16_t> &changed_pids() const { return changed; }
 
     /// The transport_stream_id of the last PAT section.
     std::optional<uint16_t> transport_stream_id() const { return stream_id; }
@@ -45,15 +52,14 @@ public:
     /// systems, streams. What comes from elsewhere is left out.
     std::vector<program_facts> facts() const;
 
-    /// What programs are there now, for those who watch their PMTs.
-    struct program_state {
-        uint16_t number = 0;
+    /// The PAT begins, or ceases, to list a program with that PMT PID.
+    struct listing_change {
+        uint16_t program_number = 0;
         uint16_t pmt_pid = 0;
-        bool in_pat = false;  ///< the current PAT lists it
-        bool has_map = false; ///< and its PMT has come
+        bool is_listed = false;
     };
-    size_t program_count() const { return programs.size(); }
-    program_state state_of(size_t index) const;
+    /// What the section that came last changed; of a program whose PID changed first the end, then the start.
+    const std::vector<listing_change> &listing_changes() const { return listing; }
 
     uint64_t streams_not_kept() const { return not_kept; }
 
@@ -77,6 +83,7 @@ private:
         std::map<uint32_t, uint16_t> places; ///< in the current PAT, in its order, and the PIDs there
         uint32_t place = 0;                  ///< the first of them, when there is one
         kept_map last;
+        bool is_listed = false;   ///< in the current PAT
         bool ever_mapped = false; ///< last is what a PMT said
         bool current = false;     ///< last is what its current PMT says
     };
@@ -84,12 +91,14 @@ private:
     void on_pat(const table_section &section);
     void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries);
     void settle(const std::set<uint32_t> &touched);
+    void move(program &which);
     void on_pmt(const table_section &section);
     kept_map keep(const pmt &map, uint32_t crc_32);
     void enter(const program &which);
     void leave(uint32_t place, const kept_map &map);
     void unname(const kept_map &map);
     void refresh(const kept_map &map);
+    void note_clock(uint16_t pid, bool was_program_clock);
     uint32_t program_index(uint16_t number);
 
     pid_directory &directory;
@@ -99,8 +108,11 @@ private:
     std::array<uint32_t, 256> pat_crcs = {};
     std::vector<program> programs;
     std::unordered_map<uint16_t, uint32_t> index_of; ///< by program_number
+    std::vector<listing_change> listing;
     std::optional<uint16_t> stream_id;
-    uint64_t change_count = 0;
+    bool map_came = false;
+    bool had_ca_descriptor = false;
+    std::vector<uint16_t> changed;
     uint64_t kept_count = 0;
     uint64_t not_kept = 0;
 };

@@ -21,6 +21,9 @@ public:
     /// What was begun before is not gone on with.
     void on_sync_loss();
 
+    /// True when a packet of the PID came while its sections were collected.
+    bool has_seen(uint16_t pid) const { return collectors[pid] != nullptr; }
+
     uint64_t crc_errors(uint16_t pid) const;
     uint64_t incomplete_sections(uint16_t pid) const;
 

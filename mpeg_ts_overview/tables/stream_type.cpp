@@ -91,7 +91,7 @@ bool is_registered(byte_range loop, const char (&format_identifier)[5])
     return false;
 }
 
-stream_nature nature_of(const pmt_stream &stream, bool blu_ray_program)
+stream_nature nature_of(const pmt_entry &stream, bool blu_ray_program)
 {
     stream_nature nature;
     const uint8_t type = stream.stream_type;

@@ -20,4 +20,4 @@ struct stream_nature {
 bool is_registered(byte_range descriptors, const char (&format_identifier)[5]);
 
 /// What the stream is; blu_ray_program: program_info is registered as HDMV.
-stream_nature nature_of(const pmt_stream &stream, bool blu_ray_program);
+stream_nature nature_of(const pmt_entry &stream, bool blu_ray_program);

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <optional>
 
-constexpr uint8_t stt_table_id = 0xCD;
-
 /// The seconds from 1970-01-01T00:00:00Z to that of GPS, 1980-01-06T00:00:00Z.
 constexpr int64_t gps_epoch_utc_s = 315964800;
 

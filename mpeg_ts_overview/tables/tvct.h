@@ -8,9 +8,6 @@
 #include <cstdint>
 #include <vector>
 
-constexpr uint8_t tvct_table_id = 0xC8;
-constexpr uint8_t cvct_table_id = 0xC9;
-
 struct tvct_channel {
     std::array<uint16_t, 7> short_name = {}; ///< UTF-16 code units, zeros behind the name
     uint16_t major_channel_number = 0;       ///< 10 bits

@@ -1,4 +1,4 @@
-#include "mpeg_ts_overview/meters/log_violation.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
 
 #include "tests/overview_meters/meter_packets.h"
 

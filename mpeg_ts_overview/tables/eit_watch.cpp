@@ -1,0 +1,117 @@
+#include "mpeg_ts_overview/tables/eit_watch.h"
+
+#include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/log_violation.h"
+#include "mpeg_ts_overview/tables/sdt.h"
+#include "mpeg_ts_overview/tables/standard_limits.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace {
+
+watched_thing section_of(uint16_t service_id, size_t section_number)
+{
+    return {eit_pid, eit_present_following_actual_table_id, service_id, static_cast<uint8_t>(section_number)};
+}
+
+} // namespace
+
+eit_watch::eit_watch(const time_stretches &times, bool is_whole_multiplex)
+    : stretches(times), whole_multiplex(is_whole_multiplex), watch(times)
+{
+    watch.add_limit(eit_present_following_interval_ticks, true);
+}
+
+void eit_watch::on_section(const table_section &section, const table_key &of_table,
+                           const program_map &programs)
+{
+    for (const program_map::listing_change &change : programs.listing_changes()) {
+        service_state &service = services[change.program_number];
+        service.is_listed = change.is_listed;
+        decide(change.program_number, service, section.at);
+    }
+    const uint8_t table_id = section.header.table_id;
+    if (table_id == sdt_actual_table_id) on_sdt(section);
+    if (table_id == eit_present_following_actual_table_id || table_id == eit_present_following_other_table_id)
+        on_eit(section, of_table);
+}
+
+void eit_watch::on_sdt(const table_section &section)
+{
+    if (flagged.holds(section)) return;
+    const std::optional<sdt> description = read_sdt(section);
+    if (!description) return;
+    std::vector<uint16_t> with_flag;
+    for (const sdt_service &service : description->services)
+        if (service.EIT_present_following_flag) with_flag.push_back(service.service_id);
+
+    const auto count = [&](uint16_t service_id, unsigned by) {
+        service_state &service = services[service_id];
+        service.flag_count += by;
+        decide(service_id, service, section.at);
+    };
+    flagged.replace(
+        section, std::move(with_flag), [&](uint16_t service_id) { count(service_id, 1); },
+        [&](uint16_t service_id) { count(service_id, -1u); });
+}
+
+void eit_watch::on_eit(const table_section &section, const table_key &of_table)
+{
+    const uint8_t number = section.header.section_number;
+    if (number > 1) return;
+    if (first_arrivals.size() < present_following_limit || first_arrivals.count(of_table) != 0) {
+        std::optional<moment> &first = first_arrivals[of_table][number];
+        if (!first) first = section.at;
+    } else {
+        ++dropped;
+    }
+
+    if (section.header.table_id != eit_present_following_actual_table_id) return;
+    const uint16_t service_id = section.header.table_id_extension;
+    service_state &service = services[service_id];
+    service.came = true;
+    if (service.runs) watch.arrive(service.clocks[number], section.at, section_of(service_id, number));
+}
+
+/// Starts the clocks of the service where they have to run, and ends them where not.
+void eit_watch::decide(uint16_t service_id, service_state &service, const moment &at)
+{
+    const bool has_to_run = service.is_listed && service.flag_count > 0;
+    if (has_to_run && !service.runs) service.clocks.fill(watch.started(at));
+    if (!has_to_run && service.runs) end(service_id, service, at);
+    service.runs = has_to_run;
+}
+
+void eit_watch::end(uint16_t service_id, service_state &service, const moment &at)
+{
+    if (!service.came && !whole_multiplex) return;
+    watched_service = true;
+    for (size_t number = 0; number < service.clocks.size(); ++number)
+        watch.end(service.clocks[number], at, section_of(service_id, number));
+}
+
+void eit_watch::finish(const moment &end_of_recording)
+{
+    for (auto &[service_id, service] : services)
+        if (service.runs) end(service_id, service, end_of_recording);
+    judge_halves(end_of_recording, false);
+    if (stretches.last_sure()) judge_halves(*stretches.last_sure(), true);
+}
+
+/// Looks for tables one section of which was there long enough for the other to come.
+void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_only)
+{
+    for (const auto &[key, first] : first_arrivals) {
+        const std::optional<moment> &half = first[0] ? first[0] : first[1];
+        if ((first[0] && first[1]) || !half->ticks || !end_of_recording.ticks) continue;
+        const bool is_actual = key.table_id == eit_present_following_actual_table_id;
+        const int64_t limit =
+            is_actual ? eit_present_following_interval_ticks : eit_present_following_other_interval_ticks;
+        if (*end_of_recording.ticks - *half->ticks < limit) continue;
+        log_violation(halves[sure_times_only ? 1 : 0], *half, key.pid, [&] {
+            return fmt::format("service 0x{:04X}: section {} never came", *key.table_id_extension,
+                               first[0] ? 1 : 0);
+        });
+    }
+}

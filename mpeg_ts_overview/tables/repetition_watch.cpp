@@ -1,0 +1,81 @@
+#include "mpeg_ts_overview/tables/repetition_watch.h"
+
+#include <algorithm>
+
+void repetition_watch::add_limit(std::optional<int64_t> ticks, bool is_tolerant)
+{
+    limits.emplace_back(stretches, ticks, is_tolerant);
+}
+
+repetition_clock repetition_watch::started(const moment &at) const
+{
+    repetition_clock clock;
+    if (at.ticks && at.stretch >= 0) {
+        clock.stretch = at.stretch;
+        clock.run_ticks = clock.waited_ticks = *at.ticks;
+    } else if (stretches.current()) {
+        // Inside a break: of the stretch before it nothing counts.
+        clock.stretch = stretches.current()->last.stretch;
+        clock.run_ticks = clock.waited_ticks = *stretches.current()->last.ticks;
+    }
+    return clock;
+}
+
+void repetition_watch::arrive(repetition_clock &clock, const moment &at, const watched_thing &thing)
+{
+    if (!at.ticks || at.stretch < 0) return;
+    settle(clock, at, true, thing);
+    clock.waited_ticks = *at.ticks;
+    clock.arrived = true;
+}
+
+void repetition_watch::end(repetition_clock &clock, const moment &at, const watched_thing &thing)
+{
+    if (at.ticks && at.stretch >= 0) {
+        settle(clock, at, false, thing);
+    } else if (stretches.current()) {
+        settle_past(clock, thing);
+        end_stretch(clock, *stretches.current(), thing);
+    }
+}
+
+/// Brings the clock to the stretch of the moment, and looks at the wait that ends there.
+void repetition_watch::settle(repetition_clock &clock, const moment &at, bool arrives,
+                              const watched_thing &thing)
+{
+    if (clock.stretch != at.stretch) {
+        settle_past(clock, thing);
+        const moment &first = stretches.current()->first;
+        clock = {first.stretch, *first.ticks, *first.ticks, false};
+    }
+    judge(clock, at, arrives, thing);
+}
+
+/// Looks at what the clock saw of the stretches that are over.
+void repetition_watch::settle_past(repetition_clock &clock, const watched_thing &thing)
+{
+    const auto is_before = [](const time_stretch &over, int64_t stretch) {
+        return over.first.stretch < stretch;
+    };
+    const auto &past = stretches.past();
+    for (auto over = std::lower_bound(past.begin(), past.end(), clock.stretch, is_before); over != past.end();
+         ++over)
+        end_stretch(clock, *over, thing);
+}
+
+void repetition_watch::end_stretch(repetition_clock &clock, const time_stretch &over,
+                                   const watched_thing &thing)
+{
+    if (clock.stretch != over.first.stretch)
+        clock = {over.first.stretch, *over.first.ticks, *over.first.ticks, false};
+    judge(clock, over.last, false, thing);
+}
+
+void repetition_watch::judge(const repetition_clock &clock, const moment &to, bool arrives,
+                             const watched_thing &thing)
+{
+    for (repetition_limit &limit : limits) {
+        limit.judge(clock.waited_ticks, to, arrives && clock.arrived, thing);
+        limit.note_run(clock.run_ticks, to);
+    }
+}

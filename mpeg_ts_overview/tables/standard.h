@@ -1,0 +1,25 @@
+// Which standard a recording follows, told by the tables that only one of them has.
+#pragma once
+
+#include "mpeg_ts_overview/tables/pid_directory.h"
+#include "mpeg_ts_overview/tables/section.h"
+
+class standard_detection {
+public:
+    explicit standard_detection(const pid_directory &uses) : directory(uses) {}
+
+    /// Takes every section whose CRC_32 is right, once the directory knows what it says.
+    void on_section(const table_section &section);
+
+    /// "ATSC", "ISDB", "partial", "DVB" or "MPEG".
+    const char *name() const;
+
+private:
+    void look_at_network(const table_section &section);
+
+    const pid_directory &directory;
+    bool is_atsc = false;
+    bool is_isdb = false;
+    bool is_partial = false;
+    bool is_dvb = false;
+};

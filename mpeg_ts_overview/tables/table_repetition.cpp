@@ -1,0 +1,85 @@
+#include "mpeg_ts_overview/tables/table_repetition.h"
+
+#include <algorithm>
+
+namespace {
+
+watched_thing thing_of(const table_key &key, uint8_t section_number)
+{
+    watched_thing thing;
+    thing.pid = key.pid;
+    thing.table_id = key.table_id;
+    thing.extension = key.table_id_extension;
+    if (key.table_id_extension) thing.section_number = section_number;
+    return thing;
+}
+
+uint8_t last_of(const table_section &section)
+{
+    return std::max(section.header.section_number, section.header.last_section_number);
+}
+
+} // namespace
+
+void table_repetition::on_section(const table_section &section, const table_key &of_table)
+{
+    const bool is_the_only_one = begins == wait_begins::with_the_recording && !tables.empty();
+    const table_key &key = is_the_only_one ? tables.begin()->first : of_table;
+    const uint8_t number = section.header.section_number;
+
+    table_clocks *const clocks = clocks_of(section, key);
+    if (clocks == nullptr) return;
+    forget_above(last_of(section), key, *clocks, section.at);
+    const auto place = clocks->find(number);
+    if (place != clocks->end()) watch.arrive(place->second, section.at, thing_of(key, number));
+}
+
+/// The clocks of a table, among them those of all its sections that are waited for; null when there is no
+/// room.
+table_repetition::table_clocks *table_repetition::clocks_of(const table_section &section,
+                                                            const table_key &key)
+{
+    const auto known = tables.find(key);
+    const bool is_new = known == tables.end();
+    const size_t held = is_new ? 0 : known->second.size();
+    // Of a table all of whose numbers are waited for, those from 0 on are held.
+    size_t first = held;
+    size_t fence = last_of(section) + size_t{1};
+    if (begins == wait_begins::with_its_own_arrival) {
+        const uint8_t number = section.header.section_number;
+        first = number;
+        fence = number + (is_new || known->second.count(number) == 0 ? size_t{1} : 0);
+    }
+    if (first >= fence) return &known->second;
+    if (clock_count + (fence - first) > repetition_clock_limit) {
+        ++not_kept;
+        return is_new ? nullptr : &known->second;
+    }
+
+    clock_count += fence - first;
+    const bool from_the_start = is_new && begins == wait_begins::with_the_recording;
+    table_clocks &clocks = tables[key];
+    for (size_t number = first; number < fence; ++number)
+        clocks[static_cast<uint8_t>(number)] =
+            from_the_start ? repetition_clock{} : watch.started(section.at);
+    return &clocks;
+}
+
+void table_repetition::forget_above(uint8_t last, const table_key &key, table_clocks &clocks,
+                                    const moment &at)
+{
+    for (auto gone = clocks.upper_bound(last); gone != clocks.end(); gone = clocks.erase(gone)) {
+        watch.end(gone->second, at, thing_of(key, gone->first));
+        --clock_count;
+    }
+}
+
+void table_repetition::finish(const moment &end, const watched_thing &awaited)
+{
+    if (tables.empty() && begins == wait_begins::with_the_recording) {
+        repetition_clock clock;
+        watch.end(clock, end, awaited);
+    }
+    for (auto &[key, clocks] : tables)
+        for (auto &[number, clock] : clocks) watch.end(clock, end, thing_of(key, number));
+}

@@ -1,0 +1,42 @@
+// One row a table: how many sections, how often, which versions.
+#pragma once
+
+#include "mpeg_ts_overview/model/table_facts.h"
+#include "mpeg_ts_overview/model/violation_log.h"
+#include "mpeg_ts_overview/tables/section.h"
+#include "mpeg_ts_overview/tables/table_key.h"
+
+#include <cstdint>
+#include <map>
+#include <utility>
+
+constexpr uint64_t table_row_limit = 65536;
+constexpr uint64_t section_record_limit = 262144; ///< of one section_number each, of all rows together
+
+class table_rows {
+public:
+    /// Takes every section whose CRC_32 is right. of_table is its key.
+    void on_section(const table_section &section, const table_key &of_table);
+
+    /// The rows so far, in order of first arrival.
+    const tables_facts &facts() const { return tables; }
+
+    /// Sections that differ though their version is that of the last one of the same number.
+    const violation_log &changed_under_same_version() const { return changed; }
+
+private:
+    /// The last arrival of a section_number.
+    struct section_record {
+        moment at;
+        uint32_t crc_32 = 0;
+        uint8_t version_number = 0;
+    };
+
+    void note_version(table_facts &row, const table_section &section);
+    void compare(table_facts &row, const section_record &before, const table_section &section);
+
+    tables_facts tables;
+    violation_log changed;
+    std::map<table_key, uint32_t> row_of;
+    std::map<std::pair<uint32_t, uint8_t>, section_record> records; ///< by row and section_number
+};

@@ -1,0 +1,53 @@
+// The stretches of a recording in which time runs without a break, and the part of it whose times are sure.
+#pragma once
+
+#include "mpeg_ts_overview/model/moment.h"
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+
+struct time_stretch {
+    moment first;
+    moment last;
+
+    int64_t ticks() const { return *last.ticks - *first.ticks; }
+};
+
+class time_stretches {
+public:
+    /// Stretches below that length are of no interest once they are over.
+    explicit time_stretches(int64_t shortest_ticks) : shortest(shortest_ticks) {}
+
+    /// Takes the moments of the recording that matter, in order: the first of each stretch, the clock points,
+    /// and any others. Of those inside a break or without a time nothing is kept.
+    void see(const moment &at)
+    {
+        if (at.stretch < 0 || !at.ticks) return;
+        if (!in_hand || in_hand->first.stretch != at.stretch) begin(at);
+        in_hand->last = at;
+        if (at.extrapolated) return;
+        if (!sure_from) sure_from = at;
+        sure_to = at;
+    }
+
+    /// The stretch that goes on; none before the first moment with a time.
+    const std::optional<time_stretch> &current() const { return in_hand; }
+
+    /// The latest stretches that are over and are long enough, in order. So many are kept that nothing but a
+    /// stream made for it has more.
+    const std::deque<time_stretch> &past() const { return over; }
+
+    /// The first and the last moment whose times are sure, be the bit rate constant or not.
+    const std::optional<moment> &first_sure() const { return sure_from; }
+    const std::optional<moment> &last_sure() const { return sure_to; }
+
+private:
+    void begin(const moment &at);
+
+    int64_t shortest;
+    std::optional<time_stretch> in_hand;
+    std::deque<time_stretch> over;
+    std::optional<moment> sure_from;
+    std::optional<moment> sure_to;
+};
