@@ -2,6 +2,7 @@
 // they gave.
 #pragma once
 
+#include "mpeg_ts_overview/meters/absence.h"
 #include "mpeg_ts_overview/meters/continuity.h"
 #include "mpeg_ts_overview/meters/pcr.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
@@ -11,19 +12,13 @@
 #include "mpeg_ts_overview/model/overview.h"
 #include "mpeg_ts_overview/tables/stream_tables.h"
 
-/// How long PIDs of PMTs stayed away (1.6).
-struct absence_findings {
-    violation_log log;     ///< worst is in seconds
-    bool measured = false; ///< a clock ran as long as the limit
-};
-
 struct check_sources {
     const transport_faults &faults;
     const continuity_meter &continuity;
     const stream_tables &tables;
     const pcr_meter &pcr;
     const time_stamp_meter &time_stamps;
-    const absence_findings &absence;
+    const absence_meter &absence;
     const overview &facts; ///< recording, pids, programs, pcr and time_stamps are there
     const recording_end &end;
     const limits &other_limits;

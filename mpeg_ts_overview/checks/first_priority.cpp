@@ -3,12 +3,6 @@
 #include "mpeg_ts_overview/tables/pat.h"
 #include "mpeg_ts_overview/tables/standard_limits.h"
 
-namespace {
-
-constexpr int64_t pid_absence_ticks = 5 * ticks_per_second;
-
-} // namespace
-
 void look_at_sync_loss(check_builder &row)
 {
     row.set_limit_of_counts();
@@ -53,14 +47,12 @@ void look_at_pmts(check_builder &row)
 void look_at_absent_pids(check_builder &row)
 {
     const check_sources &from = row.from();
-    row.set_limit(seconds_of(from.other_limits.pid_absence_ticks.value_or(pid_absence_ticks)), "s");
-    row.add_faults(from.absence.log);
-    if (!from.has_times())
-        row.add_unmeasured("no times");
-    else if (!from.tables.psi().had_pat())
+    row.set_limit(seconds_of(*from.absence.limit().ticks()), "s");
+    row.add_faults(from.absence.never_there());
+    if (!from.tables.psi().had_pat())
         row.add_unmeasured("no PAT");
     else if (!from.tables.programs().had_map())
         row.add_unmeasured("no PMT");
-    else if (!from.absence.measured)
-        row.add_unmeasured("recording shorter than the limit");
+    else
+        row.add_intervals(from.absence.limit());
 }

@@ -50,7 +50,7 @@ void look_at_late_time_stamps(check_builder &row)
     const check_sources &from = row.from();
     const std::vector<time_stamp_facts> &stamps = from.facts.time_stamps;
     row.set_limit_of_counts();
-    row.add_faults(from.time_stamps.late(from.sure_times_only()));
+    row.add_faults(from.time_stamps.late());
     if (!from.has_times())
         row.add_unmeasured("no times");
     else if (std::none_of(stamps.begin(), stamps.end(), has_stamps))

@@ -1,38 +1,58 @@
 #include "mpeg_ts_overview/driver/survey.h"
 
+#include "mpeg_ts_overview/checks/checks.h"
 #include "mpeg_ts_overview/model/series_buckets.h"
+#include "mpeg_ts_overview/tables/psip.h"
 
 namespace {
 
-// The limits of ETSI TR 101 290 5.2.2.
+// The limits of ETSI TR 101 290 5.2.1 and 5.2.2.
+constexpr int64_t pid_absence_limit_ticks = 5 * ticks_per_second;
 constexpr int64_t pcr_interval_limit_ticks = ticks_per_second / 10; // 100 ms
 constexpr double pcr_accuracy_limit_ns = 500;
 constexpr int64_t pts_interval_limit_ticks = ticks_per_second / 10 * 7; // 700 ms
 
+transcript_settings settings_of(const overview_request &request)
+{
+    transcript_settings settings;
+    settings.assume_country = request.assume_country;
+    if (request.atsc_mode) settings.atsc_mode = *request.atsc_mode ? 1 : 0;
+    return settings;
+}
+
 } // namespace
 
-survey::survey(const overview_request &request, unsigned packet_size)
-    : stride(packet_size), sections(directory), programs(directory),
-      pcr(request.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
-          request.other_limits.pcr_accuracy_ns.value_or(pcr_accuracy_limit_ns)),
-      time_stamps(request.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks))
+survey::survey(const overview_request &how, unsigned packet_size)
+    : request(how), stride(packet_size), tables(how.other_limits, how.whole_multiplex, how.atsc_mode),
+      absence(tables.times(), how.other_limits.pid_absence_ticks.value_or(pid_absence_limit_ticks)),
+      pcr(how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
+          how.other_limits.pcr_accuracy_ns.value_or(pcr_accuracy_limit_ns)),
+      time_stamps(how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
+      words(settings_of(how))
 {
 }
 
 void survey::begin_times(const packet_times &next)
 {
-    times = &next;
-    pids.begin(next);
-    rates.begin(next);
+    times = next;
+    pids.begin(times);
+    rates.begin(times);
+    absence.begin_times(times);
+    tables.see(times.moment_of(times.first));
 }
 
 void survey::end_times()
 {
+    tables.see(times.moment_of(times.fence - 1));
     pids.end();
     rates.end();
+    absence.end_times();
 }
 
-void survey::begin_stretch(const moment &) {}
+void survey::begin_stretch(const moment &at)
+{
+    tables.see(at);
+}
 
 void survey::on_break(const time_break &ended)
 {
@@ -40,11 +60,15 @@ void survey::on_break(const time_break &ended)
         breaks.kept.push_back(ended);
     else
         breaks.not_kept++;
+    if (ended.at.packet > times.first) tables.see(times.moment_of(ended.at.packet - 1));
+    absence.end_times();
+    times.stretch = ended.at.stretch;
+    absence.begin_times(times);
     pcr.on_disturbance();
     if (ended.kind != time_break_kind::sync_loss) return;
     faults.on_sync_loss(ended.at);
     continuity.on_sync_loss();
-    sections.on_sync_loss();
+    tables.on_sync_loss();
 }
 
 void survey::on_run(const packet_run &run, const uint8_t *start)
@@ -52,13 +76,14 @@ void survey::on_run(const packet_run &run, const uint8_t *start)
     rates.on_packets(run.pid, run.first, run.count);
     pids.on_run(run);
     continuity.on_run(run);
+    if (absence.watches(run.pid)) absence.on_packets(run.pid, run.first, run.count);
     if (run.transport_scrambling_control != 0) time_stamps.on_scrambled(run.pid);
-    if (!directory.collects(run.pid)) return;
+    if (!tables.collects(run.pid)) return;
 
     for (uint64_t i = 0; i < run.count; ++i, start += stride) {
         ts_packet packet = read_packet(start);
-        packet.at = times->moment_of(run.first + i, start);
-        sections.on_packet(packet, {}, *this);
+        packet.at = times.moment_of(run.first + i, start);
+        tables.on_packet(packet, {}, *this);
     }
 }
 
@@ -67,14 +92,16 @@ void survey::on_packet(const ts_packet &packet)
     rates.on_packets(packet.pid, packet.at.packet, 1);
     pids.on_packet(packet);
     const packet_sequence sequence = continuity.on_packet(packet);
+    if (packet.pid == psip_base_pid) words.on_atsc_packet();
+    if (packet.transport_error_indicator)
+        faults.on_transport_error(packet.pid, packet.at);
+    else if (absence.watches(packet.pid))
+        absence.on_packets(packet.pid, packet.at.packet, 1);
 
-    if (packet.transport_error_indicator) faults.on_transport_error(packet.pid, packet.at);
-    if (packet.transport_scrambling_control != 0 && !packet.transport_error_indicator)
-        time_stamps.on_scrambled(packet.pid);
-    if (directory.collects(packet.pid)) sections.on_packet(packet, sequence, *this);
+    if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
-    pcr.on_packet(packet, sequence, programs.is_program_clock(packet.pid));
-    time_stamps.on_packet(packet, sequence, programs.role_of(packet.pid));
+    pcr.on_packet(packet, sequence, program_clocks[packet.pid]);
+    time_stamps.on_packet(packet, sequence, tables.programs().role_of(packet.pid));
 }
 
 void survey::on_bad_slot(const moment &at)
@@ -86,7 +113,20 @@ void survey::on_bad_slot(const moment &at)
 
 void survey::on_section(const table_section &section)
 {
-    programs.on_section(section);
+    for (const uint16_t pid : tables.programs().changed_pids()) on_changed_pid(pid, section.at);
+    words.on_section(section);
+}
+
+/// PAT or PMT make something else of the PID from now on.
+void survey::on_changed_pid(uint16_t pid, const moment &at)
+{
+    const bool is_clock = tables.programs().is_program_clock(pid);
+    const bool is_watched = is_clock || tables.programs().role_of(pid).kind != stream_kind::other;
+
+    if (is_clock && !program_clocks[pid]) pcr.on_program_clock(pid, at);
+    program_clocks[pid] = is_clock;
+    if (is_watched && !absence.watches(pid)) absence.start(pid, at);
+    if (!is_watched && absence.watches(pid)) absence.stop(pid, at, pids.has_packets(pid));
 }
 
 recording_end survey::end_of(const timeline &known, const moment &end) const
@@ -106,17 +146,51 @@ recording_end survey::end_of(const timeline &known, const moment &end) const
 void survey::finish(const timeline &known, const moment &end, overview &found)
 {
     const recording_end at_end = end_of(known, end);
+    const auto occurred = [&](uint16_t pid) { return pids.has_packets(pid); };
 
+    tables.finish(end, occurred);
+    absence.finish(end, occurred, request.whole_multiplex);
+    finish_meters(at_end, found);
+    found.standard = tables.standard();
+    found.programs = tables.programs().facts();
+    found.transport_stream.transport_stream_id = tables.programs().transport_stream_id();
+    found.tables = tables.rows().facts();
+    found.transcript = words.finish();
+    found.breaks = breaks;
+    found.checks = judge({.faults = faults,
+                          .continuity = continuity,
+                          .tables = tables,
+                          .pcr = pcr,
+                          .time_stamps = time_stamps,
+                          .absence = absence,
+                          .facts = found,
+                          .end = at_end,
+                          .other_limits = request.other_limits,
+                          .whole_multiplex = request.whole_multiplex});
+    note_limits_reached(found);
+}
+
+void survey::finish_meters(const recording_end &end, overview &found)
+{
     found.pids = pids.finish();
     for (pid_facts &row : found.pids) {
         continuity.add_to(row);
-        row.crc_errors = sections.crc_errors(row.pid);
-        row.incomplete_sections = sections.incomplete_sections(row.pid);
+        row.crc_errors = tables.sections().crc_errors(row.pid);
+        row.incomplete_sections = tables.sections().incomplete_sections(row.pid);
     }
     found.rates = rates.finish(found.recording.duration_ticks);
-    found.pcr = pcr.finish(at_end, [&](uint16_t pid) { return programs.is_program_clock(pid); });
-    found.time_stamps = time_stamps.finish(at_end, [&](uint16_t pid) { return programs.role_of(pid); });
-    found.programs = programs.facts();
-    found.transport_stream.transport_stream_id = programs.transport_stream_id();
-    found.breaks = breaks;
+    found.pcr = pcr.finish(end, [&](uint16_t pid) { return program_clocks[pid]; });
+    found.time_stamps = time_stamps.finish(end, [&](uint16_t pid) { return tables.programs().role_of(pid); });
+}
+
+void survey::note_limits_reached(overview &found) const
+{
+    const auto add = [&](const char *what, uint64_t limit, uint64_t dropped) {
+        if (dropped > 0) found.limits_reached.push_back({what, limit, dropped});
+    };
+    add("rate series", rate_series_limit, rates.series_not_kept());
+    add("PCR PIDs", pcr_pid_limit, pcr.pids_not_kept());
+    add("margin series", margin_series_limit, time_stamps.margin_series_not_kept());
+    add("breaks", time_break_limit, breaks.not_kept);
+    tables.add_to(found.limits_reached);
 }

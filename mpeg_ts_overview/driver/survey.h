@@ -3,6 +3,7 @@
 
 #include "mpeg_ts_overview/driver/overview_request.h"
 #include "mpeg_ts_overview/driver/packet_listener.h"
+#include "mpeg_ts_overview/meters/absence.h"
 #include "mpeg_ts_overview/meters/continuity.h"
 #include "mpeg_ts_overview/meters/pcr.h"
 #include "mpeg_ts_overview/meters/pids.h"
@@ -11,15 +12,16 @@
 #include "mpeg_ts_overview/meters/time_stamps.h"
 #include "mpeg_ts_overview/meters/transport_faults.h"
 #include "mpeg_ts_overview/model/overview.h"
-#include "mpeg_ts_overview/tables/pid_directory.h"
-#include "mpeg_ts_overview/tables/program_map.h"
-#include "mpeg_ts_overview/tables/section_router.h"
+#include "mpeg_ts_overview/tables/stream_tables.h"
 #include "mpeg_ts_overview/timeline/timeline.h"
+#include "mpeg_ts_overview/transcript/transcript.h"
+
+#include <bitset>
 
 class survey final : public packet_listener, private section_consumer {
 public:
     /// Of packets so many bytes apart.
-    survey(const overview_request &request, unsigned packet_size);
+    survey(const overview_request &how, unsigned packet_size);
 
     void begin_times(const packet_times &next) override;
     void end_times() override;
@@ -35,18 +37,23 @@ public:
 
 private:
     void on_section(const table_section &section) override;
+    void on_changed_pid(uint16_t pid, const moment &at);
     recording_end end_of(const timeline &known, const moment &end) const;
+    void finish_meters(const recording_end &end, overview &found);
+    void note_limits_reached(overview &found) const;
 
-    unsigned stride; ///< bytes from packet to packet
-    const packet_times *times = nullptr;
+    overview_request request;
+    unsigned stride;    ///< bytes from packet to packet
+    packet_times times; ///< of the packets that come, until the next break
     time_break_list breaks;
     transport_faults faults;
     pids_meter pids;
     rates_meter rates;
     continuity_meter continuity;
-    pid_directory directory;
-    section_router sections;
-    program_map programs;
+    stream_tables tables;
+    absence_meter absence;
     pcr_meter pcr;
     time_stamp_meter time_stamps;
+    transcript words;
+    std::bitset<mpeg_ts_pid_count> program_clocks;
 };

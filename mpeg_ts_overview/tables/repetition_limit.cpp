@@ -14,7 +14,7 @@ constexpr int64_t tolerance_divisor = 20; // 5 %
 
 std::string words_of(const watched_thing &thing, int64_t ticks)
 {
-    std::string text = "no " + table_name(thing.table_id);
+    std::string text = "no " + (thing.name != nullptr ? thing.name : table_name(thing.table_id));
     if (thing.extension) text += fmt::format(" of 0x{:04X}", *thing.extension);
     if (thing.section_number) text += fmt::format(", section {}", *thing.section_number);
     return text + " for " + in_ms(ticks);

@@ -17,6 +17,7 @@ struct watched_thing {
     uint8_t table_id = 0;
     std::optional<uint16_t> extension;
     std::optional<uint8_t> section_number;
+    const char *name = nullptr; ///< of what is no table
 };
 
 struct repetition_findings {

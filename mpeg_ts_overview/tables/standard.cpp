@@ -79,7 +79,7 @@ void standard_detection::look_at_network(const table_section &section)
 
 const char *standard_detection::name() const
 {
-    if (is_atsc) return "ATSC";
+    if (told_atsc.value_or(is_atsc)) return "ATSC";
     if (is_isdb) return "ISDB";
     if (is_partial) return "partial";
     return is_dvb ? "DVB" : "MPEG";

@@ -4,9 +4,14 @@
 #include "mpeg_ts_overview/tables/pid_directory.h"
 #include "mpeg_ts_overview/tables/section.h"
 
+#include <optional>
+
 class standard_detection {
 public:
-    explicit standard_detection(const pid_directory &uses) : directory(uses) {}
+    /// atsc: whether it is ATSC, where somebody knows.
+    standard_detection(const pid_directory &uses, std::optional<bool> atsc) : directory(uses), told_atsc(atsc)
+    {
+    }
 
     /// Takes every section whose CRC_32 is right, once the directory knows what it says.
     void on_section(const table_section &section);
@@ -18,6 +23,7 @@ private:
     void look_at_network(const table_section &section);
 
     const pid_directory &directory;
+    std::optional<bool> told_atsc;
     bool is_atsc = false;
     bool is_isdb = false;
     bool is_partial = false;

@@ -26,8 +26,8 @@ int64_t shortest_limit(const limits &values)
 
 } // namespace
 
-stream_tables::stream_tables(const limits &values, bool is_whole_multiplex)
-    : stretches(shortest_limit(values)), router(directory), map(directory), detection(directory),
+stream_tables::stream_tables(const limits &values, bool is_whole_multiplex, std::optional<bool> atsc)
+    : stretches(shortest_limit(values)), router(directory), map(directory), detection(directory, atsc),
       psi_repetition(stretches, values, is_whole_multiplex), si_repetition(stretches, values),
       present_following(stretches, is_whole_multiplex), psip_repetition(stretches),
       si_gaps(values.si_minimum_gap_ticks), misplaced_sections(directory), cat_wait(stretches)

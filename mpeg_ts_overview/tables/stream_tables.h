@@ -27,7 +27,8 @@
 
 class stream_tables final : private section_consumer {
 public:
-    stream_tables(const limits &values, bool is_whole_multiplex);
+    /// atsc: whether it is ATSC, where somebody knows.
+    stream_tables(const limits &values, bool is_whole_multiplex, std::optional<bool> atsc = std::nullopt);
     stream_tables(const stream_tables &) = delete;
     stream_tables &operator=(const stream_tables &) = delete;
 

@@ -30,15 +30,22 @@ struct packet_times {
         return known() ? std::optional(at(packet)) : std::nullopt;
     }
 
-    /// The moment of a packet of [first, fence) whose sync byte is at start.
-    moment moment_of(uint64_t packet, const uint8_t *start) const
+    /// The moment of a packet of [first, fence), but for its place in bytes.
+    moment moment_of(uint64_t packet) const
     {
         moment at;
         at.packet = packet;
-        at.byte = where->offset_of(start - sync_offset);
         at.ticks = ticks_of(packet);
         at.stretch = stretch;
         at.extrapolated = span->extrapolated;
+        return at;
+    }
+
+    /// The moment of a packet of [first, fence) whose sync byte is at start.
+    moment moment_of(uint64_t packet, const uint8_t *start) const
+    {
+        moment at = moment_of(packet);
+        at.byte = where->offset_of(start - sync_offset);
         return at;
     }
 

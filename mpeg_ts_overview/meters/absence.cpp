@@ -1,0 +1,88 @@
+#include "mpeg_ts_overview/meters/absence.h"
+
+#include "mpeg_ts_overview/tables/log_violation.h"
+
+#include <algorithm>
+
+absence_meter::absence_meter(const time_stretches &stretches, int64_t limit_ticks) : absence(stretches)
+{
+    absence.add_limit(limit_ticks, false);
+}
+
+void absence_meter::begin_times(const packet_times &next)
+{
+    times = next;
+    set_good_gap();
+}
+
+/// Notes when the PIDs occurred last: their times are not known any more once these are over.
+void absence_meter::end_times()
+{
+    for (watched_pid *const one : touched) {
+        const moment last = times.moment_of(one->last_packet);
+        if (last.ticks && last.stretch >= 0) one->clock.waited_ticks = *last.ticks;
+        one->in_times = false;
+    }
+    touched.clear();
+}
+
+/// No packets that far apart, or less, make an interval longer than the longest so far.
+void absence_meter::set_good_gap()
+{
+    const auto longest_of = [&](bool sure) { return limit().findings(sure).longest_ticks.value_or(0); };
+    const int64_t good_ticks = std::min({longest_of(false), longest_of(true), *limit().ticks()});
+    const time_span &span = *times.span;
+    const bool counts = span.source == time_source::line && span.ticks > 0 && good_ticks > 0;
+    good_gap = counts ? static_cast<uint64_t>((good_ticks - 1) / span.ticks * span.packets) : 0;
+}
+
+/// The packet is the PID's first in these times, or comes long behind the last.
+void absence_meter::look_closer(watched_pid &one, uint64_t packet)
+{
+    if (one.in_times) {
+        const moment last = times.moment_of(one.last_packet);
+        if (last.ticks && last.stretch >= 0) one.clock.waited_ticks = *last.ticks;
+    } else {
+        one.in_times = true;
+        touched.push_back(&one);
+    }
+    absence.arrive(one.clock, times.moment_of(packet), thing_of(one));
+    set_good_gap();
+}
+
+watched_thing absence_meter::thing_of(const watched_pid &one) const
+{
+    watched_thing thing;
+    thing.pid = one.pid;
+    thing.name = "packet of the PID";
+    return thing;
+}
+
+void absence_meter::start(uint16_t pid, const moment &at)
+{
+    watched[pid] = std::make_unique<watched_pid>();
+    watched[pid]->pid = pid;
+    watched[pid]->clock = absence.started(at);
+}
+
+void absence_meter::stop(uint16_t pid, const moment &at, bool occurred)
+{
+    watched_pid &one = *watched[pid];
+    if (one.in_times) {
+        const moment last = times.moment_of(one.last_packet);
+        if (last.ticks && last.stretch >= 0) one.clock.waited_ticks = *last.ticks;
+        std::erase(touched, &one);
+    }
+    if (occurred) absence.end(one.clock, at, thing_of(one));
+    watched[pid].reset();
+}
+
+void absence_meter::finish(const moment &end, const std::function<bool(uint16_t pid)> &occurred,
+                           bool all_must_occur)
+{
+    for (uint16_t pid = 0; pid < mpeg_ts_pid_count; ++pid) {
+        if (!watches(pid)) continue;
+        if (all_must_occur && !occurred(pid)) log_violation(never, end, pid, [] { return "never there"; });
+        stop(pid, end, occurred(pid));
+    }
+}
