@@ -1,7 +1,8 @@
 #include "text/utf8_valid.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -42,17 +43,24 @@ size_t fitting_bytes(std::string_view text, const sequence_rule &rule)
     return fitting;
 }
 
-bool is_ascii(char c)
+/// How many bytes at the front are ASCII, or a few less.
+size_t ascii_bytes(std::string_view text)
 {
-    return static_cast<unsigned char>(c) < 0x80;
+    constexpr uint64_t high_bits = 0x8080808080808080;
+    size_t size = 0;
+
+    for (uint64_t eight = 0; size + sizeof(eight) <= text.size(); size += sizeof(eight)) {
+        std::memcpy(&eight, text.data() + size, sizeof(eight));
+        if ((eight & high_bits) != 0) break;
+    }
+    return size;
 }
 
 } // namespace
 
 std::string utf8_valid(std::string_view text)
 {
-    const auto first_other = std::find_if_not(text.begin(), text.end(), is_ascii);
-    std::string valid(text.begin(), first_other);
+    std::string valid(text.substr(0, ascii_bytes(text)));
     text.remove_prefix(valid.size());
 
     while (!text.empty()) {

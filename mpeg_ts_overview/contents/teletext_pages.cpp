@@ -14,19 +14,22 @@ constexpr unsigned block_offset = 4;   ///< of the data block
 constexpr unsigned header_text_offset = 8;
 constexpr unsigned last_row = teletext_row_count - 1;
 
-/// The 256 bytes as they are sent, as values.
-struct hamming_table {
+/// What each of the 256 bytes stands for, as it is sent.
+struct byte_tables {
     static constexpr uint8_t wrong = 0xFF;
-    std::array<uint8_t, 256> values;
+    std::array<uint8_t, 256> hamming_values; ///< or wrong
+    std::array<uint8_t, 256> characters;     ///< or teletext_wrong_parity
 
-    constexpr hamming_table() : values()
+    constexpr byte_tables() : hamming_values(), characters()
     {
-        for (unsigned sent = 0; sent < 256; ++sent)
-            values[sent] = static_cast<uint8_t>(
-                hamming_8_4_value(teletext_byte(static_cast<uint8_t>(sent))).value_or(wrong));
+        for (unsigned sent = 0; sent < 256; ++sent) {
+            const uint8_t byte = teletext_byte(static_cast<uint8_t>(sent));
+            hamming_values[sent] = static_cast<uint8_t>(hamming_8_4_value(byte).value_or(wrong));
+            characters[sent] = parity_is_odd(byte) ? byte & 0x7F : teletext_wrong_parity;
+        }
     }
 };
-constexpr hamming_table hamming;
+constexpr byte_tables tables;
 
 /// The values of count bytes as they are sent, 4 bits each, the first lowest; nothing when one cannot be put
 /// right.
@@ -34,21 +37,18 @@ std::optional<uint32_t> hamming_values(const uint8_t *p, unsigned count)
 {
     uint32_t values = 0;
     for (unsigned i = 0; i < count; ++i) {
-        const uint8_t value = hamming.values[p[i]];
-        if (value == hamming_table::wrong) return std::nullopt;
+        const uint8_t value = tables.hamming_values[p[i]];
+        if (value == byte_tables::wrong) return std::nullopt;
         values |= uint32_t{value} << (4 * i);
     }
     return values;
 }
 
-/// The characters of [p, fence) from a column on; the columns before are blanks.
+/// Fills a row from a column on with what is sent at p; the columns before are blanks.
 void take_characters(teletext_row &row, unsigned column, const uint8_t *p)
 {
     std::fill(row.begin(), row.begin() + column, uint8_t{' '});
-    for (; column < teletext_column_count; ++column, ++p) {
-        const uint8_t byte = teletext_byte(*p);
-        row[column] = parity_is_odd(byte) ? byte & 0x7F : teletext_wrong_parity;
-    }
+    for (; column < teletext_column_count; ++column, ++p) row[column] = tables.characters[*p];
 }
 
 bool is_page_number(unsigned two_digits)

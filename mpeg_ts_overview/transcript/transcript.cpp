@@ -37,6 +37,11 @@ bool changes_each_time(uint8_t table_id)
     return table_id == time_and_date || table_id == time_offset || table_id == atsc_system_time;
 }
 
+bool is_of_several(const table_section &section)
+{
+    return section.header.last_section_number > 0;
+}
+
 bool is_program_association(const table_section &section)
 {
     return section.pid == pat_pid && section.header.table_id == program_association_section;
@@ -67,8 +72,8 @@ void transcript::on_section(const table_section &section)
         return;
     }
     count(last->text, section);
-    // Each PAT makes the analyser follow its programs anew, and none of the sections before.
-    if (is_program_association(section)) print(section);
+    // Each section of a PAT makes the analyser follow the programs in it, and no others.
+    if (is_program_association(section) && is_of_several(section)) print(section);
 }
 
 /// A section that differs from the last reception of its table and number.
