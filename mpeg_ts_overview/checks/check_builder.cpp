@@ -20,7 +20,7 @@ void merge(violation_log &into, const violation_log &from)
 
 } // namespace
 
-double seconds_of(int64_t ticks)
+double in_seconds(int64_t ticks)
 {
     return static_cast<double>(ticks) / static_cast<double>(ticks_per_second);
 }
@@ -55,7 +55,7 @@ void check_builder::add_intervals(const repetition_limit &limit)
     const bool sure = sources.sure_times_only();
     const repetition_findings &found = limit.findings(sure);
     add_faults(found.log);
-    if (found.longest_ticks) show(seconds_of(*found.longest_ticks));
+    if (found.longest_ticks) show(in_seconds(*found.longest_ticks));
     if (!sources.has_times())
         add_unmeasured("no times");
     else if (!limit.is_measured(sure))

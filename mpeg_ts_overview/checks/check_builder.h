@@ -45,4 +45,4 @@ private:
 };
 
 /// 27 MHz ticks in seconds.
-double seconds_of(int64_t ticks);
+double in_seconds(int64_t ticks);

@@ -18,7 +18,7 @@ void look_at_sync_bytes(check_builder &row)
 void look_at_pat(check_builder &row)
 {
     const check_sources &from = row.from();
-    row.set_limit(seconds_of(*from.tables.psi().pat().ticks()), "s");
+    row.set_limit(in_seconds(*from.tables.psi().pat().ticks()), "s");
     row.add_faults(from.tables.misplaced().on_pid(pat_pid));
     row.add_faults(from.tables.misplaced().scrambled_pat());
     if (has_packets(from.facts.pids, pat_pid) || from.whole_multiplex)
@@ -36,7 +36,7 @@ void look_at_continuity(check_builder &row)
 void look_at_pmts(check_builder &row)
 {
     const check_sources &from = row.from();
-    row.set_limit(seconds_of(*from.tables.psi().pmt().ticks()), "s");
+    row.set_limit(in_seconds(*from.tables.psi().pmt().ticks()), "s");
     row.add_faults(from.tables.misplaced().scrambled_pmt());
     if (from.tables.psi().had_program())
         row.add_intervals(from.tables.psi().pmt());
@@ -47,7 +47,7 @@ void look_at_pmts(check_builder &row)
 void look_at_absent_pids(check_builder &row)
 {
     const check_sources &from = row.from();
-    row.set_limit(seconds_of(*from.absence.limit().ticks()), "s");
+    row.set_limit(in_seconds(*from.absence.limit().ticks()), "s");
     row.add_faults(from.absence.never_there());
     if (!from.tables.psi().had_pat())
         row.add_unmeasured("no PAT");

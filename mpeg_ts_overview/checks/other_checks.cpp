@@ -27,7 +27,7 @@ void look_at_psip(check_builder &row)
     row.add_table(psip.stt(), "STT");
     if (psip.rrt().came()) row.add_intervals(psip.rrt().limit(0));
     const auto &longest = psip.eit_0().limit(0).findings(from.sure_times_only()).longest_ticks;
-    if (longest) row.show(seconds_of(*longest));
+    if (longest) row.show(in_seconds(*longest));
 }
 
 void look_at_atsc_psi(check_builder &row)

@@ -41,7 +41,7 @@ void look_at_pcr_intervals(check_builder &row)
 {
     const check_sources &from = row.from();
     const bool sure = from.sure_times_only();
-    row.set_limit(seconds_of(from.other_limits.pcr_interval_ticks.value_or(pcr_interval_ticks)), "s");
+    row.set_limit(in_seconds(from.other_limits.pcr_interval_ticks.value_or(pcr_interval_ticks)), "s");
     row.add_faults(from.pcr.intervals().log(sure));
     if (has_program_clock(row) && !from.pcr.intervals().measured(sure))
         row.add_unmeasured("recording shorter than the limit");
@@ -71,7 +71,7 @@ void look_at_pts_intervals(check_builder &row)
     const check_sources &from = row.from();
     const bool sure = from.sure_times_only();
     const auto has_pts = [](const time_stamp_facts &facts) { return facts.pts.count > 0; };
-    row.set_limit(seconds_of(from.other_limits.pts_interval_ticks.value_or(pts_interval_ticks)), "s");
+    row.set_limit(in_seconds(from.other_limits.pts_interval_ticks.value_or(pts_interval_ticks)), "s");
     row.add_faults(from.time_stamps.pts_intervals().log(sure));
     if (!from.has_times())
         row.add_unmeasured("no times");

@@ -19,7 +19,7 @@ const violation_log &misplaced_on(const check_builder &row, uint16_t pid)
 bool show_intervals(check_builder &row, const table_repetition &table)
 {
     const auto &longest = table.limit(0).findings(row.from().sure_times_only()).longest_ticks;
-    if (longest) row.show(seconds_of(*longest));
+    if (longest) row.show(in_seconds(*longest));
     return longest.has_value();
 }
 
@@ -28,7 +28,7 @@ bool show_intervals(check_builder &row, const table_repetition &table)
 void look_at_nit(check_builder &row)
 {
     const table_repetition &nit = row.from().tables.si().nit();
-    row.set_limit(seconds_of(*nit.limit(0).ticks()), "s");
+    row.set_limit(in_seconds(*nit.limit(0).ticks()), "s");
     row.add_faults(misplaced_on(row, nit_pid));
     row.add_table(nit, "NIT");
 }
@@ -62,10 +62,10 @@ void look_at_si_gaps(check_builder &row)
     const check_sources &from = row.from();
     const section_gaps &gaps = from.tables.gaps();
     const auto shortest = gaps.shortest(from.sure_times_only());
-    row.set_limit(seconds_of(from.other_limits.si_minimum_gap_ticks.value_or(si_minimum_gap_ticks)), "s");
+    row.set_limit(in_seconds(from.other_limits.si_minimum_gap_ticks.value_or(si_minimum_gap_ticks)), "s");
     row.add_faults(gaps.log(from.sure_times_only()));
     if (shortest)
-        row.show(seconds_of(*shortest));
+        row.show(in_seconds(*shortest));
     else if (!from.has_times())
         row.add_unmeasured("no times");
     else
@@ -75,7 +75,7 @@ void look_at_si_gaps(check_builder &row)
 void look_at_sdt(check_builder &row)
 {
     const table_repetition &sdt = row.from().tables.si().sdt();
-    row.set_limit(seconds_of(*sdt.limit(0).ticks()), "s");
+    row.set_limit(in_seconds(*sdt.limit(0).ticks()), "s");
     row.add_faults(misplaced_on(row, sdt_pid));
     row.add_table(sdt, "SDT");
 }
@@ -83,7 +83,7 @@ void look_at_sdt(check_builder &row)
 void look_at_eit(check_builder &row)
 {
     const eit_watch &eit = row.from().tables.eit();
-    row.set_limit(seconds_of(*eit.repetition().ticks()), "s");
+    row.set_limit(in_seconds(*eit.repetition().ticks()), "s");
     row.add_faults(misplaced_on(row, eit_pid));
     if (eit.had_service())
         row.add_intervals(eit.repetition());
@@ -109,7 +109,7 @@ void look_at_rst(check_builder &row)
 void look_at_tdt(check_builder &row)
 {
     const table_repetition &tdt = row.from().tables.si().tdt();
-    row.set_limit(seconds_of(*tdt.limit(0).ticks()), "s");
+    row.set_limit(in_seconds(*tdt.limit(0).ticks()), "s");
     row.add_faults(misplaced_on(row, tdt_pid));
     row.add_table(tdt, "TDT");
 }

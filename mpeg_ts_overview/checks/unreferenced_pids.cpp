@@ -59,7 +59,7 @@ bool has_program_without_map(const check_sources &from)
 void look_at_unreferenced_pids(check_builder &row)
 {
     const check_sources &from = row.from();
-    row.set_limit(seconds_of(longest_ticks), "s");
+    row.set_limit(in_seconds(longest_ticks), "s");
     if (!from.has_times()) return row.add_unmeasured("no times");
     if (!from.tables.psi().had_pat()) return row.add_unmeasured("no PAT");
     if (has_program_without_map(from)) return row.add_unmeasured("program without PMT");
@@ -70,7 +70,7 @@ void look_at_unreferenced_pids(check_builder &row)
     for (const pid_facts &facts : from.facts.pids) {
         const std::optional<int64_t> ticks = ticks_of(from, facts);
         if (!ticks || !needs_a_name(from, facts)) continue;
-        row.show(seconds_of(*ticks));
+        row.show(in_seconds(*ticks));
         if (*ticks <= longest_ticks + longest_ticks / tolerance_divisor) continue;
         moment first;
         first.packet = facts.first_packet;
