@@ -40,6 +40,7 @@ bool recording_walk::begin_times(const block &b, const scan_step &step, timeline
     while (step.index >= span.fence)
         if (!known.next_span(&span)) return false;
 
+    if (is_new_span && span.break_before) ++stretch;
     times = {&span,
              &b,
              step.index,
@@ -61,7 +62,6 @@ void recording_walk::end_times()
 void recording_walk::begin_span(const scan_step &step)
 {
     if (span.break_before) {
-        begin_next_stretch();
         const moment at = times.moment_of(step.index, step.start);
         told.on_break({at, *span.break_before, span.pcr_jump_ticks});
         told.begin_stretch(at);
@@ -120,16 +120,11 @@ void recording_walk::tell_run(const scan_step &step, uint32_t count)
 /// A break of no length, before the packet of the step.
 void recording_walk::tell_break(const scan_step &step, time_break_kind kind)
 {
-    begin_next_stretch();
+    ++stretch;
+    if (!span.inside_break) times.stretch = stretch;
     const moment at = times.moment_of(step.index, step.start);
     told.on_break({at, kind, std::nullopt});
     if (at.ticks && at.stretch >= 0) told.begin_stretch(at);
-}
-
-void recording_walk::begin_next_stretch()
-{
-    ++stretch;
-    if (!span.inside_break) times.stretch = stretch;
 }
 
 moment recording_walk::end(uint64_t byte, std::optional<int64_t> ticks) const

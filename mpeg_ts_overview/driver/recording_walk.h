@@ -31,7 +31,6 @@ private:
     bool begin_times(const block &b, const scan_step &step, timeline &known);
     void end_times();
     void begin_span(const scan_step &step);
-    void begin_next_stretch();
     uint32_t tell(const block &b, const scan_step &step);
     void tell_packet(const block &b, const scan_step &step);
     void tell_run(const scan_step &step, uint32_t count);

@@ -121,9 +121,12 @@ void survey::on_section(const table_section &section)
 void survey::on_changed_pid(uint16_t pid, const moment &at)
 {
     const bool is_clock = tables.programs().is_program_clock(pid);
-    const bool is_watched = is_clock || tables.programs().role_of(pid).kind != stream_kind::other;
+    const bool is_stream = tables.programs().role_of(pid).kind != stream_kind::other;
+    const bool is_watched = is_clock || is_stream;
 
     if (is_clock && !program_clocks[pid]) pcr.on_program_clock(pid, at);
+    if (!is_clock && program_clocks[pid]) pcr.on_program_clock_end(pid, at);
+    if (!is_stream) time_stamps.on_unlisted(pid, at);
     program_clocks[pid] = is_clock;
     if (is_watched && !absence.watches(pid)) absence.start(pid, at);
     if (!is_watched && absence.watches(pid)) absence.stop(pid, at, pids.has_packets(pid));

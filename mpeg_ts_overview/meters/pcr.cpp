@@ -48,6 +48,14 @@ void pcr_meter::on_program_clock(uint16_t pid, const moment &at)
     interval_limit::begin(clock_of(pid).watch, at);
 }
 
+void pcr_meter::on_program_clock_end(uint16_t pid, const moment &at)
+{
+    if (number_of[pid] == 0) return;
+    pid_clock &clock = clock_of(pid);
+    if (clock.facts.count > 0 && !clock.dropped) repetition.end(clock.watch, pid, at);
+    clock.watch = {};
+}
+
 void pcr_meter::on_continuity_error(std::optional<uint64_t> last_packet_before)
 {
     for (const uint16_t place : with_points) {
@@ -118,16 +126,15 @@ void pcr_meter::take_pair(pid_clock &clock, const ts_packet &packet, bool is_pro
     if (clock.flagged) ++clock.facts.discontinuities_flagged;
     if (unflagged) ++clock.facts.discontinuities_unflagged;
 
-    // The rule for program clocks holds for a pair when it held at both.
-    const bool judged = is_program_clock && clock.watch.arrived;
-    has_program_clock |= judged;
-    if (judged && unflagged) {
+    has_program_clock |= is_program_clock;
+    if (is_program_clock && unflagged) {
         const int64_t leap = nearest_difference(clock.PCR, PCR, pcr_cycle_ticks);
         log_violation(leaps, packet.at, packet.pid,
                       [&] { return "PCR leaps by " + in_ms(leap) + " without discontinuity_indicator"; });
     }
     if (is_program_clock)
-        repetition.arrive(clock.watch, packet.pid, packet.at, judged ? clock_ticks : std::nullopt);
+        repetition.arrive(clock.watch, packet.pid, packet.at,
+                          clock.watch.arrived ? clock_ticks : std::nullopt);
 
     if (clock.flagged || unflagged) close_window(clock);
     add_point(clock, packet, difference);

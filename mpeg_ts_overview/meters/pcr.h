@@ -31,6 +31,8 @@ public:
 
     /// A PMT begins to name the PID as its PCR_PID.
     void on_program_clock(uint16_t pid, const moment &at);
+    /// No PMT names it so any more.
+    void on_program_clock_end(uint16_t pid, const moment &at);
 
     /// A PID has lost packets somewhere behind its last packet before, if there was one. Comes before
     /// on_packet of the packet that shows it; not for a further copy of a duplicate.

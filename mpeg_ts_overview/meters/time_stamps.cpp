@@ -62,6 +62,16 @@ void time_stamp_meter::on_scrambled(uint16_t pid)
     stamps->watch = {};
 }
 
+void time_stamp_meter::on_unlisted(uint16_t pid, const moment &at)
+{
+    pid_stamps *const stamps = stamps_of(pid);
+    if (stamps == nullptr) return;
+    pts_limit.end(stamps->watch, pid, at);
+    on_scrambled(pid);
+    stamps->PTS.reset();
+    stamps->decoded.reset();
+}
+
 time_stamp_meter::program_clock *time_stamp_meter::clock_of(std::optional<uint16_t> pid)
 {
     if (!pid || clock_number[*pid] == 0) return nullptr;
@@ -114,14 +124,8 @@ uint64_t time_stamp_meter::discontinuities_of(std::optional<uint16_t> pcr_pid)
 
 void time_stamp_meter::take_unit_start(const ts_packet &packet, const stream_role &role)
 {
+    if (role.kind == stream_kind::other) return;
     pid_stamps *stamps = stamps_of(packet.pid);
-    if (role.kind == stream_kind::other) {
-        if (stamps == nullptr) return;
-        on_scrambled(packet.pid);
-        stamps->PTS.reset();
-        stamps->decoded.reset();
-        return;
-    }
     if (stamps == nullptr) stamps = &new_stamps_of(packet.pid);
 
     const std::optional<pes_time_stamps> read = read_time_stamps(packet.payload, packet.fence);

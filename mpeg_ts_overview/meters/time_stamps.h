@@ -30,6 +30,9 @@ public:
     /// PID is.
     void on_packet(const ts_packet &packet, const packet_sequence &sequence, const stream_role &role);
 
+    /// No PMT names the PID as video or audio any more.
+    void on_unlisted(uint16_t pid, const moment &at);
+
     /// A scrambled packet of the PID, or many.
     void on_scrambled(uint16_t pid);
 
