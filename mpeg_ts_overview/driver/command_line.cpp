@@ -10,7 +10,6 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <map>
 #include <string_view>
 
 namespace {
@@ -50,11 +49,35 @@ uint64_t read_number(std::string_view text, int base, const char *option)
 }
 
 template <class Value>
-Value one_of(const std::map<std::string, Value> &values, const std::string &text, const char *option)
+struct named_value {
+    const char *name;
+    Value value;
+};
+
+constexpr named_value<unsigned> packet_sizes[] = {
+    {"188", 188},
+    {"192", 192},
+    {"204", 204}
+};
+constexpr named_value<clock_choice> clocks[] = {
+    {"pcr",     clock_choice::pcr    },
+    {"arrival", clock_choice::arrival},
+    {"none",    clock_choice::none   },
+};
+constexpr named_value<color_choice> colors[] = {
+    {"auto",   color_choice::automatic},
+    {"always", color_choice::always   },
+    {"never",  color_choice::never    },
+};
+
+template <class Value, size_t count>
+Value one_of(const named_value<Value> (&values)[count], const std::string &text, const char *option)
 {
-    if (const auto found = values.find(text); found != values.end()) return found->second;
     std::string names;
-    for (const auto &[name, value] : values) names += (names.empty() ? "" : ", ") + name;
+    for (const named_value<Value> &each : values) {
+        if (text == each.name) return each.value;
+        names.append(names.empty() ? "" : ", ").append(each.name);
+    }
     throw usage_error{fmt::format("{}: '{}' is none of {}", option, text, names)};
 }
 
@@ -125,17 +148,14 @@ void add_options(CLI::App *app, given_options *given)
     app->set_help_flag("-h,--help");
     app->set_version_flag("--version", "mpeg_ts_overview " OVERVIEW_VERSION);
     app->add_option("file", given->input);
-    for (const auto &[name, value] : std::map<std::string, std::string *>{
-             {"--json",           &given->json          },
-             {"--html",           &given->html          },
-             {"--check",          &given->check         },
-             {"--packet-size",    &given->packet_size   },
-             {"--clock",          &given->clock         },
-             {"--bitrate",        &given->bitrate       },
-             {"--assume-country", &given->assume_country},
-             {"--color",          &given->color         }
-    })
-        app->add_option(name, *value)->take_last();
+    app->add_option("--json", given->json)->take_last();
+    app->add_option("--html", given->html)->take_last();
+    app->add_option("--check", given->check)->take_last();
+    app->add_option("--packet-size", given->packet_size)->take_last();
+    app->add_option("--clock", given->clock)->take_last();
+    app->add_option("--bitrate", given->bitrate)->take_last();
+    app->add_option("--assume-country", given->assume_country)->take_last();
+    app->add_option("--color", given->color)->take_last();
     app->add_option("--limit", given->limits)->allow_extra_args(false);
     app->add_flag("--text", given->text)->disable_flag_override();
     app->add_flag("--whole-multiplex", given->whole_multiplex)->disable_flag_override();
@@ -153,21 +173,8 @@ void interpret(const CLI::App &app, const given_options &given, overview_options
     if (is_given("--check")) options->checked = read_priorities(given.check);
     options->whole_multiplex = given.whole_multiplex;
     if (is_given("--packet-size"))
-        options->packet_size = one_of<unsigned>(
-            {
-                {"188", 188},
-                {"192", 192},
-                {"204", 204}
-        },
-            given.packet_size, "--packet-size");
-    if (is_given("--clock"))
-        options->clock = one_of<clock_choice>(
-            {
-                {"pcr",     clock_choice::pcr    },
-                {"arrival", clock_choice::arrival},
-                {"none",    clock_choice::none   }
-        },
-            given.clock, "--clock");
+        options->packet_size = one_of(packet_sizes, given.packet_size, "--packet-size");
+    if (is_given("--clock")) options->clock = one_of(clocks, given.clock, "--clock");
     if (is_given("--bitrate")) options->bitrate_bps = read_bitrate(given.bitrate);
     if (options->clock == clock_choice::arrival && !options->bitrate_bps &&
         options->packet_size.value_or(192) != 192)
@@ -178,14 +185,7 @@ void interpret(const CLI::App &app, const given_options &given, overview_options
             throw usage_error{"--limit: " + wrong};
     if (is_given("--assume-country")) options->assume_country = read_country(given.assume_country);
     if (is_given("--atsc")) options->atsc_mode = given.atsc;
-    if (is_given("--color"))
-        options->color = one_of<color_choice>(
-            {
-                {"auto",   color_choice::automatic},
-                {"always", color_choice::always   },
-                {"never",  color_choice::never    }
-        },
-            given.color, "--color");
+    if (is_given("--color")) options->color = one_of(colors, given.color, "--color");
     if (given.input.empty()) throw usage_error{"no file is named"};
     options->input = given.input;
 }

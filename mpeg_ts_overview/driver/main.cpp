@@ -1,9 +1,11 @@
 #include "mpeg_ts_overview/driver/command_line.h"
 #include "mpeg_ts_overview/driver/interrupt.h"
-#include "mpeg_ts_overview/driver/outputs.h"
 #include "mpeg_ts_overview/driver/overview_of.h"
+#include "mpeg_ts_overview/driver/overview_outputs.h"
 #include "mpeg_ts_overview/driver/recording_file.h"
 #include "mpeg_ts_overview/driver/unfinished_outputs.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -34,7 +36,30 @@ overview_request request_of(const overview_options &options)
     return request;
 }
 
-bool any_fails(const overview &found, const std::vector<int> &priorities)
+/// Says on standard error why the run ends with status 1.
+int failed(const std::string &reason)
+{
+    std::fprintf(stderr, "mpeg_ts_overview: %s\n", reason.c_str());
+    return 1;
+}
+
+/// What ended the reading, in words; empty when it was the end of the recording.
+std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
+{
+    switch (outcome) {
+    case reading_outcome::done:
+        return "";
+    case reading_outcome::no_packets:
+        return "no transport packets found";
+    case reading_outcome::no_arrival_time_stamps:
+        return "--clock=arrival: only packets of 192 bytes have arrival time stamps";
+    case reading_outcome::read_error:
+        break;
+    }
+    return fmt::format("cannot read '{}': {}", path, std::strerror(file.error()));
+}
+
+bool a_check_fails(const overview &found, const std::vector<int> &priorities)
 {
     return std::any_of(found.checks.begin(), found.checks.end(), [&](const check_result &check) {
         return check.outcome == check_outcome::fail &&
@@ -42,42 +67,25 @@ bool any_fails(const overview &found, const std::vector<int> &priorities)
     });
 }
 
-/// Reads the recording. Returns false, with a message on standard error, when there is nothing to tell of it.
-bool read_recording(recording_file &file, const overview_options &options, overview &found, bool *whole)
-{
-    const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
-    const reading_outcome outcome = overview_of(source, request_of(options), found);
-    file.end_progress();
-
-    *whole = outcome == reading_outcome::done;
-    if (file.error() != 0)
-        std::fprintf(stderr, "mpeg_ts_overview: cannot read '%s': %s\n", options.input.c_str(),
-                     std::strerror(file.error()));
-    if (outcome == reading_outcome::no_packets)
-        std::fputs("mpeg_ts_overview: no transport packets found\n", stderr);
-    if (outcome == reading_outcome::no_arrival_time_stamps)
-        std::fputs("mpeg_ts_overview: --clock=arrival needs packets of 192 bytes\n", stderr);
-    return found.recording.packets > 0;
-}
-
 /// Returns the exit status.
 int run(const overview_options &options)
 {
     recording_file file;
-    if (!file.open(options.input)) {
-        std::fprintf(stderr, "mpeg_ts_overview: cannot open '%s': %s\n", options.input.c_str(),
-                     std::strerror(errno));
-        return 1;
-    }
-    outputs wanted;
-    if (!wanted.open(options, file.status())) return 1;
+    if (!file.open(options.input))
+        return failed(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+    overview_outputs outputs;
+    if (!outputs.open(options, file.identity())) return failed(outputs.error());
 
     overview found;
-    bool whole = false;
     found.recording.path = options.input;
-    if (!read_recording(file, options, found, &whole)) return 1;
-    if (!wanted.write(options, found) || !whole) return 1;
-    return any_fails(found, options.checked) ? 2 : 0;
+    const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
+    const reading_outcome outcome = overview_of(source, request_of(options), found);
+    file.end_progress();
+    const std::string reason = reason_of(outcome, file, options.input);
+    // What was read before an error is not lost.
+    if (found.recording.packet_size != 0 && !outputs.write(found)) return failed(outputs.error());
+    if (!reason.empty()) return failed(reason);
+    return a_check_fails(found, options.checked) ? 2 : 0;
 }
 
 } // namespace
@@ -87,8 +95,8 @@ int main(int argc, char **argv)
     overview_options options;
     if (const auto status = parse_command_line(argc, argv, &options)) return *status;
 
-    unfinished_outputs_remove_on({SIGHUP, SIGQUIT});
     interrupt_catch(unfinished_outputs_remove);
+    unfinished_outputs_remove_on({SIGHUP, SIGQUIT, SIGABRT, SIGXCPU});
     const int status = run(options);
     interrupt_stop_if_noted();
     return status;

@@ -39,8 +39,8 @@ bool recording_file::open(const std::string &path)
         while ((descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0)
             if (errno != EINTR || interrupt_noted()) return false;
     }
-    if (fstat(descriptor, &opened) == 0 && S_ISREG(opened.st_mode))
-        size = static_cast<uint64_t>(opened.st_size);
+    if (fstat(descriptor, &identity_) == 0 && S_ISREG(identity_.st_mode))
+        size = static_cast<uint64_t>(identity_.st_size);
     shows_progress = size != 0 && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     started = shown_at = std::chrono::steady_clock::now();
     return true;

@@ -24,8 +24,8 @@ public:
     /// Takes the progress line away.
     void end_progress();
 
-    /// What fstat() said when it was opened.
-    const struct stat &status() const { return opened; }
+    /// What fstat() says of it.
+    const struct stat &identity() const { return identity_; }
 
     /// errno of the read that failed, 0 when none did.
     int error() const { return read_error; }
@@ -33,9 +33,9 @@ public:
 private:
     void show_progress();
 
+    struct stat identity_ = {};
     int descriptor = -1;
     int read_error = 0;
-    struct stat opened = {};
     uint64_t size = 0; ///< of a regular file when it was opened, else 0
     uint64_t done = 0; ///< bytes read
     bool shows_progress = false;
