@@ -51,7 +51,7 @@ export function draw_plots() {
         on_time_window(() => { show_window(state); touch(state); });
         for (const query of ["(prefers-color-scheme: dark)", "print"])
             matchMedia(query).addEventListener("change", () => { state.theme_changed = true; touch(state); });
-        addEventListener("beforeprint", () => { state.near = true; touch(state); });
+        addEventListener("beforeprint", () => { if (state.touched) touch(state, true); });
         follow_gestures(state.area, () => state.graph);
         new IntersectionObserver(([entry]) => {
             state.near = entry.isIntersecting;
@@ -61,9 +61,9 @@ export function draw_plots() {
 }
 
 /// Brings the plot up to date; one that is far from view when it comes nearer.
-function touch(state) {
-    state.touched = !state.near;
-    if (!state.near) return;
+function touch(state, now = state.near) {
+    state.touched = !now;
+    if (!now) return;
     if (!state.graph) start(state);
     else state.graph.updateOptions({...window_options(), ...state.theme_changed ? theme_options(state) : {}});
     state.theme_changed = false;

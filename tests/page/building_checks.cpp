@@ -92,6 +92,7 @@ void add_null_packets(overview &found, uint64_t bps)
         for (size_t at = 0; at < found.rates.pids[row].rate.series_bps.size(); ++at)
             others[at] += found.rates.pids[row].rate.series_bps[at];
     rate_facts &nulls = found.rates.pids.back().rate;
+    if (nulls.series_bps.empty()) return;
     const uint64_t whole = *found.rates.whole.mean_bps;
     for (size_t at = 0; at < buckets; ++at) {
         nulls.series_bps[at] = others[at] < whole ? whole - others[at] : 0;
