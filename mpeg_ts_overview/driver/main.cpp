@@ -1,9 +1,13 @@
 #include "mpeg_ts_overview/driver/command_line.h"
+#include "mpeg_ts_overview/driver/interrupt.h"
 #include "mpeg_ts_overview/driver/overview_of.h"
+#include "mpeg_ts_overview/driver/overview_outputs.h"
 #include "mpeg_ts_overview/driver/recording_file.h"
-#include "mpeg_ts_overview/output/json.h"
-#include "mpeg_ts_overview/output/text.h"
+#include "mpeg_ts_overview/driver/unfinished_outputs.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -31,6 +35,57 @@ overview_request request_of(const overview_options &options)
     return request;
 }
 
+/// Says on standard error why the run ends with status 1.
+int failed(const std::string &reason)
+{
+    std::fprintf(stderr, "mpeg_ts_overview: %s\n", reason.c_str());
+    return 1;
+}
+
+/// What ended the reading, in words; empty when it was the end of the recording.
+std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
+{
+    switch (outcome) {
+    case reading_outcome::done:
+        return "";
+    case reading_outcome::no_packets:
+        return "no transport packets found";
+    case reading_outcome::no_arrival_time_stamps:
+        return "--clock=arrival: only packets of 192 bytes have arrival time stamps";
+    case reading_outcome::read_error:
+        break;
+    }
+    return fmt::format("cannot read '{}': {}", path, std::strerror(file.error()));
+}
+
+bool a_check_fails(const overview &found, const std::vector<int> &priorities)
+{
+    return std::any_of(found.checks.begin(), found.checks.end(), [&](const check_result &check) {
+        return check.outcome == check_outcome::fail &&
+               std::find(priorities.begin(), priorities.end(), check.priority) != priorities.end();
+    });
+}
+
+/// Returns the exit status.
+int run(const overview_options &options)
+{
+    recording_file file;
+    if (!file.open(options.input))
+        return failed(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+    overview_outputs outputs;
+    if (!outputs.open(options, file.identity())) return failed(outputs.error());
+
+    overview found;
+    found.recording.path = options.input;
+    const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
+    const reading_outcome outcome = overview_of(source, request_of(options), found);
+    const std::string reason = reason_of(outcome, file, options.input);
+    // What was read before an error is not lost.
+    if (found.recording.packet_size != 0 && !outputs.write(found)) return failed(outputs.error());
+    if (!reason.empty()) return failed(reason);
+    return a_check_fails(found, options.checked) ? 2 : 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -38,23 +93,9 @@ int main(int argc, char **argv)
     overview_options options;
     if (const auto status = parse_command_line(argc, argv, &options)) return *status;
 
-    recording_file file;
-    if (!file.open(options.input)) {
-        std::fprintf(stderr, "mpeg_ts_overview: cannot open %s: %s\n", options.input.c_str(),
-                     std::strerror(errno));
-        return 1;
-    }
-    overview found;
-    found.recording.path = options.input;
-    const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
-    if (overview_of(source, request_of(options), found) != reading_outcome::done) {
-        std::fputs("mpeg_ts_overview: no transport packets found\n", stderr);
-        return 1;
-    }
-    const auto sink = [](std::string_view text) {
-        return std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    };
-    if (options.json) write_json(found, sink);
-    if (options.text) sink(summary_text(found, false));
-    return 0;
+    interrupt_catch(unfinished_outputs_remove);
+    unfinished_outputs_remove_on({SIGHUP, SIGQUIT, SIGABRT, SIGXCPU});
+    const int status = run(options);
+    interrupt_stop_if_noted();
+    return status;
 }

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -28,16 +27,14 @@ recording_file::~recording_file()
 
 bool recording_file::open(const std::string &path)
 {
-    struct stat status = {};
-
     if (path == "-") {
         descriptor = STDIN_FILENO;
     } else {
         while ((descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0)
             if (errno != EINTR || interrupt_noted()) return false;
     }
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
-        size = static_cast<uint64_t>(status.st_size);
+    if (fstat(descriptor, &identity_) == 0 && S_ISREG(identity_.st_mode))
+        size = static_cast<uint64_t>(identity_.st_size);
     shows_progress = size != 0 && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     started = shown_at = std::chrono::steady_clock::now();
     return true;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sys/stat.h>
 
 class recording_file {
 public:
@@ -20,12 +21,16 @@ public:
     /// when reading fails.
     ptrdiff_t read(uint8_t *to, size_t size);
 
+    /// What fstat() says of it.
+    const struct stat &identity() const { return identity_; }
+
     /// errno of the read that failed, 0 when none did.
     int error() const { return read_error; }
 
 private:
     void show_progress();
 
+    struct stat identity_ = {};
     int descriptor = -1;
     int read_error = 0;
     uint64_t size = 0; ///< of a regular file when it was opened, else 0

@@ -20,7 +20,7 @@ ordered_json json_of_stream(const program_stream &stream)
         {"absent",      stream.absent                                                                   },
         {"stream_type", stream.stream_type                                                              },
         {"name",        stream.name                                                                     },
-        {"kind",        stream.kind                                                                     },
+        {"kind",        json_text(stream.kind)                                                          },
         {"language",    json_text(stream.language)                                                      },
         {"details",     json_text(stream.details)                                                       },
         {"mean_bps",    json_value(stream.mean_bps)                                                     },

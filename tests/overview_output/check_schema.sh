@@ -5,11 +5,7 @@ set -eu
 schema=$1 writer=$2
 here=$(cd "$(dirname "$0")" && pwd)
 
-# Where several Pythons are, any that has jsonschema will do.
-for python in python3 /usr/bin/python3 ""; do
-    [ -n "$python" ] || { echo "python3-jsonschema is not here: skipped"; exit 77; }
-    "$python" -c 'import jsonschema' 2>/dev/null && break
-done
+python=$("$here/find_python.sh") || exit 77
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT

@@ -14,4 +14,9 @@ target_link_libraries(write_sample_json PRIVATE overview_output)
 add_test(NAME overview_output.schema
          COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_schema.sh"
                  "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:write_sample_json>)
-set_tests_properties(overview_output.schema PROPERTIES SKIP_RETURN_CODE 77)
+add_test(NAME overview_output.streams
+         COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_streams.sh"
+                 "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:mpeg_ts_overview>
+                 "${CMAKE_BINARY_DIR}/generated/streams" "${CMAKE_SOURCE_DIR}/samples")
+set_tests_properties(overview_output.schema overview_output.streams PROPERTIES SKIP_RETURN_CODE 77)
+set_tests_properties(overview_output.streams PROPERTIES FIXTURES_REQUIRED golden_streams)
