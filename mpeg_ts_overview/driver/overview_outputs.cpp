@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/driver/overview_outputs.h"
 
 #include "mpeg_ts_overview/output/json.h"
+#include "mpeg_ts_overview/output/page.h"
 #include "mpeg_ts_overview/output/text.h"
 
 #include <cstdlib>
@@ -29,6 +30,10 @@ bool overview_outputs::write(const overview &found)
     if (json_) {
         write_json(found, sink_of(&*json_));
         finish(&*json_);
+    }
+    if (html_) {
+        write_page(found, sink_of(&*html_));
+        finish(&*html_);
     }
     if (text_) {
         text_->write(summary_text(found, color_));

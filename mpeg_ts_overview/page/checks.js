@@ -1,8 +1,8 @@
 // The checks by priority, those that fail first; an open one marks its times in every plot.
-import { element, note, part, place } from "./elements.js";
-import { count_text, counted_text, nanoseconds_text, pid_text, time_text } from "./figures.js";
-import { table } from "./table.js";
-import { mark_times } from "./time_window.js";
+import {element, note, part, place} from "./elements.js";
+import {count_text, counted_text, nanoseconds_text, pid_text, time_text} from "./figures.js";
+import {table} from "./table.js";
+import {mark_times} from "./time_window.js";
 
 const order = ["fail", "pass", "not_measured"];
 const words = {fail: "FAIL", pass: "ok", not_measured: "\u2013"};
@@ -12,23 +12,44 @@ export function checks_part({checks}) {
     const by_result = order.map((result) => checks.filter((check) => check.result === result).length);
     const summary = by_result[0] + " fail, " + by_result[1] + " pass, " + by_result[2] + " not measured";
     const priorities = [...new Set(checks.map((check) => check.priority))].sort();
-    return part("checks", "Checks", summary, note("An open check marks its times in every plot."),
-        priorities.map((priority) => priority_list(priority, checks.filter((check) => check.priority === priority))));
+    return part(
+        "checks",
+        "Checks",
+        summary,
+        note("An open check marks its times in every plot."),
+        priorities.map((priority) =>
+            priority_list(
+                priority,
+                checks.filter((check) => check.priority === priority),
+            ),
+        ),
+    );
 }
 
 function priority_list(priority, checks) {
     const sorted = [...checks].sort((a, b) => order.indexOf(a.result) - order.indexOf(b.result));
-    return element("div", {class: "priority"}, element("h3", {}, "Priority " + priority), sorted.map(check_box));
+    return element(
+        "div",
+        {class: "priority"},
+        element("h3", {}, "Priority " + priority),
+        sorted.map(check_box),
+    );
 }
 
 function check_box(check) {
-    const box = element("details", {class: "check " + check.result, name: "check", id: "check_" + check.id},
-        element("summary", {},
+    const box = element(
+        "details",
+        {class: "check " + check.result, name: "check", id: "check_" + check.id},
+        element(
+            "summary",
+            {},
             element("span", {class: "result"}, words[check.result]),
             element("span", {class: "id"}, check.id),
             element("span", {class: "name"}, check.name),
-            element("span", {class: "told"}, told_text(check))),
-        check_body(check));
+            element("span", {class: "told"}, told_text(check)),
+        ),
+        check_body(check),
+    );
     box.addEventListener("toggle", () => {
         if (box.open) mark_times(times_of(check));
         else if (!document.querySelector("details.check[open]")) mark_times([]);
@@ -37,7 +58,9 @@ function check_box(check) {
 }
 
 function times_of(check) {
-    return [check.first_s, ...check.details.map((detail) => detail.t_s)].filter((seconds) => seconds !== null);
+    return [check.first_s, ...check.details.map((detail) => detail.t_s)].filter(
+        (seconds) => seconds !== null,
+    );
 }
 
 function told_text(check) {
@@ -53,7 +76,7 @@ function told_text(check) {
 
 function pids_text(check) {
     const pids = [...new Set(check.details.map((detail) => detail.pid).filter((pid) => pid !== null))];
-    if (pids.length === 0 || check.count > check.details.length && pids.length > 3) return "";
+    if (pids.length === 0 || (check.count > check.details.length && pids.length > 3)) return "";
     return " on " + (pids.length > 3 ? pids.length + " PIDs" : pids.map(pid_text).join(", "));
 }
 
@@ -73,16 +96,38 @@ function check_body(check) {
     const body = element("div", {class: "body"});
     if (check.why && check.result !== "not_measured") body.append(note("Not measured of it: " + check.why));
     if (check.count > 0 && check.first_packet !== null)
-        body.append(element("p", {}, "First at ", place(check.first_s, check.first_packet),
-            check.last_s === null ? "" : ", last at " + time_text(check.last_s), "."));
-    if (check.details.length > 0) body.append(table("places of check " + check.id, [
-        {title: "time", value: (row) => row.t_s, show: (row) => place(row.t_s, row.packet), always: true},
-        {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid)},
-        {title: "what", value: (row) => row.text},
-    ], check.details));
+        body.append(
+            element(
+                "p",
+                {},
+                "First at ",
+                place(check.first_s, check.first_packet),
+                check.last_s === null ? "" : ", last at " + time_text(check.last_s),
+                ".",
+            ),
+        );
+    if (check.details.length > 0)
+        body.append(
+            table(
+                "places of check " + check.id,
+                [
+                    {
+                        title: "time",
+                        value: (row) => row.t_s,
+                        show: (row) => place(row.t_s, row.packet),
+                        always: true,
+                    },
+                    {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid)},
+                    {title: "what", value: (row) => row.text},
+                ],
+                check.details,
+            ),
+        );
     if (check.count > check.details.length && check.details.length > 0)
         body.append(note("The first " + check.details.length + " of " + count_text(check.count) + "."));
     if (body.childElementCount === 0)
-        body.append(note(check.result === "pass" ? "Measured, and nothing found." : "Not measured: " + check.why));
+        body.append(
+            note(check.result === "pass" ? "Measured, and nothing found." : "Not measured: " + check.why),
+        );
     return body;
 }

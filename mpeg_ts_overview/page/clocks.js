@@ -1,27 +1,40 @@
-// The clocks of the programs: PCR intervals, what is left of PCRs beside a straight line, margins of time stamps.
-import { part } from "./elements.js";
-import { count_text, counted_text, interval_text, nanoseconds_text, pid_text } from "./figures.js";
-import { draw_limit, make_plot, series_colour } from "./plot.js";
-import { name_of_pids } from "./pid_names.js";
-import { table } from "./table.js";
+// The clocks of the programs: PCR intervals, what is left of PCRs beside a straight line, margins of time
+// stamps.
+import {part} from "./elements.js";
+import {count_text, counted_text, interval_text, nanoseconds_text, pid_text} from "./figures.js";
+import {draw_limit, make_plot, series_colour} from "./plot.js";
+import {name_of_pids} from "./pid_names.js";
+import {table} from "./table.js";
 
 const shown_at_first = 6;
 const residual_buckets = 1000;
-const range_text = (text) => (_, [low, , high]) => low === high ? text(low) : text(low) + " to " + text(high);
-const axis_milliseconds = (value) => value === 0 ? "0" : Number(value.toPrecision(5)) + " ms";
+const range_text =
+    (text) =>
+    (_, [low, , high]) =>
+        low === high ? text(low) : text(low) + " to " + text(high);
+const axis_milliseconds = (value) => (value === 0 ? "0" : Number(value.toPrecision(5)) + " ms");
 
 export function clocks_part(found) {
     const {pcr, time_stamps} = found;
     if (pcr.length === 0 && time_stamps.length === 0) return null;
     const name_of = name_of_pids(found);
-    return part("clocks", "Clocks", counted_text(pcr.length, "PID", "PIDs") + " with PCR, " +
-        time_stamps.length + " with time stamps",
-        interval_plot(found), residual_plot(found), margin_plot(found), pcr_table(pcr), stamps_table(time_stamps, name_of));
+    return part(
+        "clocks",
+        "Clocks",
+        counted_text(pcr.length, "PID", "PIDs") + " with PCR, " + time_stamps.length + " with time stamps",
+        interval_plot(found),
+        residual_plot(found),
+        margin_plot(found),
+        pcr_table(pcr),
+        stamps_table(time_stamps, name_of),
+    );
 }
 
-/// Bands of the least and the greatest value of each bucket. line_at is which of both is drawn as a line; worst
-/// says how bad a row is: only the worst few are shown at first.
-function band_plot(title, rows, series_of, worst, times, line_at, more) {
+/// Bands of the least and the greatest value of each bucket, of
+///   rows, series_of(row) {min, max}, times(all series): of their buckets,
+///   line_at: which of both is drawn as a line, worst(row): how bad it is; the worst few are shown at first;
+/// and what else make_plot takes.
+function band_plot({rows, series_of, times, line_at, worst, options, ...plot}) {
     const kept = rows.filter((row) => series_of(row)?.min.some((value) => value !== null));
     if (kept.length === 0) return null;
     const by_worst = [...kept].sort((a, b) => worst(b) - worst(a)).slice(0, shown_at_first);
@@ -31,29 +44,39 @@ function band_plot(title, rows, series_of, worst, times, line_at, more) {
         return low === null ? [null, null, null] : [low, line_at === "max" ? max[each] : low, max[each]];
     };
     return make_plot({
-        title,
-        series: kept.map((row, each) =>
-            ({name: pid_text(row.pid), colour: series_colour(each), hidden: !by_worst.includes(row), band: all[each]})),
+        ...plot,
+        series: kept.map((row, each) => ({
+            name: pid_text(row.pid),
+            colour: series_colour(each),
+            hidden: !by_worst.includes(row),
+        })),
         rows: times(all).map((seconds, each) => [seconds, ...all.map((series) => point(series, each))]),
-        ...more,
-        options: {customBars: true, fillAlpha: 0.25, strokeWidth: 1, drawPoints: false, ...more.options},
+        options: {customBars: true, fillAlpha: 0.25, strokeWidth: 1, drawPoints: false, ...options},
     });
 }
 
 function bucket_times({rates, recording}) {
-    return (all) => Array.from({length: Math.max(...all.map((series) => series.min.length))},
-        (_, each) => Math.min((each + 0.5) * rates.bucket_s, recording.duration_s));
+    return (all) =>
+        Array.from({length: Math.max(...all.map((series) => series.min.length))}, (_, each) =>
+            Math.min((each + 0.5) * rates.bucket_s, recording.duration_s),
+        );
 }
 
 function interval_plot(found) {
     const limit = (found.checks.find((check) => check.id === "2.3a")?.limit ?? 0.1) * 1000;
     const greatest = Math.max(...found.pcr.map((row) => row.interval_ms.max ?? 0));
-    return band_plot("PCR interval", found.pcr, (row) => row.interval_series, (row) => row.interval_ms.max,
-        bucket_times(found), "max", {
-            value_text: range_text(interval_text), axis_text: (value) => value === 0 ? "" : axis_milliseconds(value),
-            overlay: (context, graph) => draw_limit(context, graph, limit),
-            options: {includeZero: true, valueRange: [0, Math.max(greatest, limit) * 1.1]},
-        });
+    return band_plot({
+        title: "PCR interval",
+        rows: found.pcr,
+        series_of: (row) => row.interval_series,
+        worst: (row) => row.interval_ms.max,
+        times: bucket_times(found),
+        line_at: "max",
+        value_text: range_text(interval_text),
+        axis_text: (value) => (value === 0 ? "" : axis_milliseconds(value)),
+        overlay: (context, graph) => draw_limit(context, graph, limit),
+        options: {includeZero: true, valueRange: [0, Math.max(greatest, limit) * 1.1]},
+    });
 }
 
 /// Windows of all PIDs in common buckets of time.
@@ -73,60 +96,126 @@ function in_buckets(series, duration) {
 function residual_plot({pcr, recording}) {
     if (!recording.duration_s) return null;
     const with_series = pcr.filter((row) => row.residual_series !== null);
-    const buckets = new Map(with_series.map((row) => [row, in_buckets(row.residual_series, recording.duration_s)]));
+    const buckets = new Map(
+        with_series.map((row) => [row, in_buckets(row.residual_series, recording.duration_s)]),
+    );
     const width = recording.duration_s / residual_buckets;
     const worst = (row) => Math.max(-(row.residual_ns.min ?? 0), row.residual_ns.max ?? 0);
-    return band_plot("PCR residual", pcr, (row) => buckets.get(row), worst,
-        () => Array.from({length: residual_buckets}, (_, each) => each * width), "max", {
-            value_text: range_text(nanoseconds_text),
-            axis_text: (value) => value === 0 ? "0" : nanoseconds_text(value),
-            options: {connectSeparatedPoints: true, includeZero: true, drawPoints: true, pointSize: 1.5},
-        });
+    return band_plot({
+        title: "PCR residual",
+        rows: pcr,
+        series_of: (row) => buckets.get(row),
+        worst,
+        times: () => Array.from({length: residual_buckets}, (_, each) => each * width),
+        line_at: "max",
+        value_text: range_text(nanoseconds_text),
+        axis_text: (value) => (value === 0 ? "0" : nanoseconds_text(value)),
+        options: {connectSeparatedPoints: true, includeZero: true, drawPoints: true, pointSize: 1.5},
+    });
 }
 
 function margin_plot(found) {
-    return band_plot("Margin of time stamps", found.time_stamps, (row) => row.margin_series,
-        (row) => -(row.margin_ms.min ?? 0), bucket_times(found), "min", {
-            value_text: range_text(interval_text), axis_text: axis_milliseconds,
-            overlay: (context, graph) => draw_limit(context, graph, 0), options: {includeZero: true},
-        });
+    return band_plot({
+        title: "Margin of time stamps",
+        rows: found.time_stamps,
+        series_of: (row) => row.margin_series,
+        worst: (row) => -(row.margin_ms.min ?? 0),
+        times: bucket_times(found),
+        line_at: "min",
+        value_text: range_text(interval_text),
+        axis_text: axis_milliseconds,
+        overlay: (context, graph) => draw_limit(context, graph, 0),
+        options: {includeZero: true},
+    });
 }
 
 const number = (title, value, show) => ({title, value, show, number: true});
-const three = (title, field, show) => ["min", "mean", "max"].map((which) =>
-    number(title + " " + which, (row) => field(row)[which], (row) => show(field(row)[which])));
+const three = (title, field, show) =>
+    ["min", "mean", "max"].map((which) =>
+        number(
+            title + " " + which,
+            (row) => field(row)[which],
+            (row) => show(field(row)[which]),
+        ),
+    );
 
 function pcr_table(rows) {
     if (rows.length === 0) return null;
-    const ppm = (value) => value === null ? "" : value.toFixed(3) + " ppm";
-    return table("PCRs", [
-        {title: "PCR PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
-        number("PCRs", (row) => row.count, (row) => count_text(row.count)),
-        ...three("interval", (row) => row.interval_ms, interval_text),
-        {...number("leaps not flagged", (row) => row.discontinuities_unflagged),
-            fault: (row) => row.discontinuities_unflagged > 0},
-        number("leaps flagged", (row) => row.discontinuities_flagged),
-        number("residual min", (row) => row.residual_ns.min, (row) => nanoseconds_text(row.residual_ns.min)),
-        number("residual max", (row) => row.residual_ns.max, (row) => nanoseconds_text(row.residual_ns.max)),
-        number("residual rms", (row) => row.residual_ns.rms, (row) => nanoseconds_text(row.residual_ns.rms)),
-        {title: "over", value: (row) => row.basis},
-        number("rate offset min", (row) => row.rate_offset_ppm.min, (row) => ppm(row.rate_offset_ppm.min)),
-        number("rate offset max", (row) => row.rate_offset_ppm.max, (row) => ppm(row.rate_offset_ppm.max)),
-    ], rows);
+    const ppm = (value) => (value === null ? "" : value.toFixed(3) + " ppm");
+    return table(
+        "PCRs",
+        [
+            {title: "PCR PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
+            number(
+                "PCRs",
+                (row) => row.count,
+                (row) => count_text(row.count),
+            ),
+            ...three("interval", (row) => row.interval_ms, interval_text),
+            {
+                ...number("leaps not flagged", (row) => row.discontinuities_unflagged),
+                fault: (row) => row.discontinuities_unflagged > 0,
+            },
+            number("leaps flagged", (row) => row.discontinuities_flagged),
+            number(
+                "residual min",
+                (row) => row.residual_ns.min,
+                (row) => nanoseconds_text(row.residual_ns.min),
+            ),
+            number(
+                "residual max",
+                (row) => row.residual_ns.max,
+                (row) => nanoseconds_text(row.residual_ns.max),
+            ),
+            number(
+                "residual rms",
+                (row) => row.residual_ns.rms,
+                (row) => nanoseconds_text(row.residual_ns.rms),
+            ),
+            {title: "over", value: (row) => row.basis},
+            number(
+                "rate offset min",
+                (row) => row.rate_offset_ppm.min,
+                (row) => ppm(row.rate_offset_ppm.min),
+            ),
+            number(
+                "rate offset max",
+                (row) => row.rate_offset_ppm.max,
+                (row) => ppm(row.rate_offset_ppm.max),
+            ),
+        ],
+        rows,
+    );
 }
 
 function stamps_table(rows, name_of) {
     if (rows.length === 0) return null;
-    return table("time stamps", [
-        {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
-        {title: "what", value: (row) => name_of(row.pid)},
-        number("PTS", (row) => row.pts.count, (row) => count_text(row.pts.count)),
-        ...three("interval", (row) => row.pts.arrival_interval_ms, interval_text),
-        number("DTS", (row) => row.dts.count, (row) => count_text(row.dts.count)),
-        number("reordered", (row) => row.reordered, (row) => count_text(row.reordered)),
-        ...three("margin", (row) => row.margin_ms, interval_text),
-        {...number("late", (row) => row.late), fault: (row) => row.late > 0},
-        number("unrelated", (row) => row.unrelated),
-        number("PES not read", (row) => row.pes_not_read),
-    ], rows);
+    return table(
+        "time stamps",
+        [
+            {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
+            {title: "what", value: (row) => name_of(row.pid)},
+            number(
+                "PTS",
+                (row) => row.pts.count,
+                (row) => count_text(row.pts.count),
+            ),
+            ...three("interval", (row) => row.pts.arrival_interval_ms, interval_text),
+            number(
+                "DTS",
+                (row) => row.dts.count,
+                (row) => count_text(row.dts.count),
+            ),
+            number(
+                "reordered",
+                (row) => row.reordered,
+                (row) => count_text(row.reordered),
+            ),
+            ...three("margin", (row) => row.margin_ms, interval_text),
+            {...number("late", (row) => row.late), fault: (row) => row.late > 0},
+            number("unrelated", (row) => row.unrelated),
+            number("PES not read", (row) => row.pes_not_read),
+        ],
+        rows,
+    );
 }

@@ -1,12 +1,12 @@
 // Dots on the time axis, a line of dots for each group.
-import { make_plot } from "./plot.js";
+import {make_plot} from "./plot.js";
 
 const line_height = 18; // pixels
-const around = 30;      // the time axis below
-const dot_columns = 2000;   // dots of a group nearer than a part of that many of the recording are one
+const around = 30; // the time axis below
+const dot_columns = 2000; // dots of a group nearer than a part of that many of the recording are one
 
-/// groups are {label, name, times, colour}; label stands beside the line and must not be of the stream, name is said
-/// when a dot is pointed at. more is for make_plot.
+/// groups are {label, name, times, colour}; label stands beside the line and must not be of the stream, name
+/// is said when a dot is pointed at. more is for make_plot.
 export function dots_plot(title, groups, duration, more) {
     const width = duration / dot_columns;
     const rows = new Map();
@@ -26,7 +26,10 @@ export function dots_plot(title, groups, duration, more) {
         value_text: () => "",
         ...more,
         options: {
-            drawPoints: true, strokeWidth: 0, pointSize: 3.5, highlightCircleSize: 5,
+            drawPoints: true,
+            strokeWidth: 0,
+            pointSize: 3.5,
+            highlightCircleSize: 5,
             valueRange: [0.3, groups.length + 0.7],
         },
         y_ticks: groups.map((group, number) => ({v: groups.length - number, label: group.label})),

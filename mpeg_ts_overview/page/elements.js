@@ -1,5 +1,5 @@
 // Elements of the page. Children that are strings become text, never markup.
-import { count_text, time_text } from "./figures.js";
+import {count_text, time_text} from "./figures.js";
 
 /// An element with attributes; one whose name begins with "on" is a listener.
 export function element(name, attributes, ...children) {
@@ -19,15 +19,21 @@ export function button(text, pressed, act) {
 
 /// The time, and the packet beside it.
 export function place(seconds, packet) {
-    const number = packet === null || packet === undefined ? "" :
-        element("span", {class: "packet"}, "packet " + count_text(packet));
+    const number =
+        packet === null || packet === undefined
+            ? ""
+            : element("span", {class: "packet"}, "packet " + count_text(packet));
     return element("span", {class: "place"}, time_text(seconds), number);
 }
 
 /// A box of the page with its heading and what it says in small.
 export function part(id, title, summary, ...children) {
-    return element("section", {id, "aria-labelledby": id + "_title"},
-        element("h2", {id: id + "_title"}, title, element("span", {class: "summary"}, summary)), ...children);
+    return element(
+        "section",
+        {id, "aria-labelledby": id + "_title"},
+        element("h2", {id: id + "_title"}, title, element("span", {class: "summary"}, summary)),
+        ...children,
+    );
 }
 
 export function note(text) {

@@ -1,9 +1,8 @@
 // Faults that the tables tell of and places where time breaks: dots by group, and the groups as a table.
-import { element, note, part, place } from "./elements.js";
-import { count_text, counted_text, hex_text, pid_text, time_text } from "./figures.js";
-import { dots_plot } from "./dots_plot.js";
-import { series_colour } from "./plot.js";
-import { table } from "./table.js";
+import {element, note, part, place} from "./elements.js";
+import {count_text, counted_text, hex_text, pid_text, time_text} from "./figures.js";
+import {dots_plot} from "./dots_plot.js";
+import {table} from "./table.js";
 
 const lines_at_most = 24;
 const kinds = {
@@ -18,27 +17,47 @@ export function faults_part(found) {
     if (faults.length === 0 && breaks.length === 0) return null;
     const sorted = [...faults].sort((a, b) => b.count - a.count);
     const sum = faults.reduce((total, group) => total + group.count, 0);
-    return part("faults", "Faults and breaks", counted_text(sum, "fault", "faults") + " in " +
-        counted_text(faults.length, "group", "groups") + ", " + counted_text(breaks.length, "break", "breaks") + " of time",
+    return part(
+        "faults",
+        "Faults and breaks",
+        counted_text(sum, "fault", "faults") +
+            " in " +
+            counted_text(faults.length, "group", "groups") +
+            ", " +
+            counted_text(breaks.length, "break", "breaks") +
+            " of time",
         recording.duration_s ? fault_dots(found, sorted) : null,
-        faults.length === 0 ? null : fault_table(sorted), breaks.length === 0 ? null : break_table(breaks));
+        faults.length === 0 ? null : fault_table(sorted),
+        breaks.length === 0 ? null : break_table(breaks),
+    );
 }
 
 function fault_dots({rates, breaks, recording}, sorted) {
     const time_of = packet_times(rates);
-    const groups = Object.entries(kinds).map(([kind, {name, label}]) => ({
-        label, name, colour: "ink",
-        times: breaks.filter((each) => each.kind === kind && each.t_s !== null).map((each) => each.t_s),
-    })).filter((group) => group.times.length > 0);
-    sorted.slice(0, lines_at_most).forEach((group, number) => groups.push({
-        label: "group " + (number + 1), name: group.text.trim(), colour: "fault", times: dot_times(group, time_of),
-    }));
+    const groups = Object.entries(kinds)
+        .map(([kind, {name, label}]) => ({
+            label,
+            name,
+            colour: "ink",
+            times: breaks.filter((each) => each.kind === kind && each.t_s !== null).map((each) => each.t_s),
+        }))
+        .filter((group) => group.times.length > 0);
+    sorted.slice(0, lines_at_most).forEach((group, number) =>
+        groups.push({
+            label: "group " + (number + 1),
+            name: group.text.trim(),
+            colour: "fault",
+            times: dot_times(group, time_of),
+        }),
+    );
     const others = sorted.slice(lines_at_most).flatMap((group) => dot_times(group, time_of));
-    if (others.length > 0) groups.push({label: "others", name: "other groups", colour: "fault", times: others});
+    if (others.length > 0)
+        groups.push({label: "others", name: "other groups", colour: "fault", times: others});
     return dots_plot("When", groups, recording.duration_s, {no_legend: true});
 }
 
-/// The first and the last time are known; those of the packets between are as good as the buckets of the rates.
+/// The first and the last time are known; those of the packets between are as good as the buckets of the
+/// rates.
 function dot_times(group, time_of) {
     const times = [group.first_s, group.last_s].filter((seconds) => seconds !== null);
     if (times.length === 2 && time_of) {
@@ -53,7 +72,7 @@ function packet_times({bucket_s, whole}) {
     if (whole.series === null) return null;
     const ends = [];
     let sum = 0;
-    for (const bps of whole.series) ends.push(sum += bps * bucket_s / (188 * 8));
+    for (const bps of whole.series) ends.push((sum += (bps * bucket_s) / (188 * 8)));
     return (packet) => {
         let low = 0;
         let high = ends.length - 1;
@@ -68,28 +87,68 @@ function packet_times({bucket_s, whole}) {
 }
 
 function fault_table(sorted) {
-    return element("div", {},
-        table("faults", [
-            {title: "group", value: (row) => sorted.indexOf(row) + 1, number: true},
-            {title: "count", value: (row) => row.count, show: (row) => count_text(row.count), number: true,
-                fault: () => true},
-            {title: "first", value: (row) => row.packets[0], show: (row) => place(row.first_s, row.packets[0])},
-            {title: "last", value: (row) => row.last_s, show: (row) => time_text(row.last_s)},
-            {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
-            {title: "table", value: (row) => row.table_id, show: (row) => hex_text(row.table_id, 2), always: true},
-            {title: "the first of the group", value: (row) => row.text.trim(),
-                show: (row) => element("code", {}, row.text.trim())},
-        ], sorted),
-        note("Lines of the transcript that tell of a fault, those that differ only in numbers in one group. " +
-            "Dots between the first and the last of a group are placed by packet number, for its first 100 packets."));
+    return element(
+        "div",
+        {},
+        table(
+            "faults",
+            [
+                {title: "group", value: (row) => sorted.indexOf(row) + 1, number: true},
+                {
+                    title: "count",
+                    value: (row) => row.count,
+                    show: (row) => count_text(row.count),
+                    number: true,
+                    fault: () => true,
+                },
+                {
+                    title: "first",
+                    value: (row) => row.packets[0],
+                    show: (row) => place(row.first_s, row.packets[0]),
+                },
+                {title: "last", value: (row) => row.last_s, show: (row) => time_text(row.last_s)},
+                {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
+                {
+                    title: "table",
+                    value: (row) => row.table_id,
+                    show: (row) => hex_text(row.table_id, 2),
+                    always: true,
+                },
+                {
+                    title: "the first of the group",
+                    value: (row) => row.text.trim(),
+                    show: (row) => element("code", {}, row.text.trim()),
+                },
+            ],
+            sorted,
+        ),
+        note(
+            "Lines of the transcript that tell of a fault, those that differ only in numbers in one group. " +
+                "Dots between the first and the last of a group are placed by packet number, " +
+                "for its first 100 packets.",
+        ),
+    );
 }
 
 function break_table(breaks) {
-    return table("breaks of time", [
-        {title: "break", value: (row) => row.packet, show: (row) => place(row.t_s, row.packet), always: true},
-        {title: "byte", value: (row) => row.byte, show: (row) => count_text(row.byte), number: true},
-        {title: "kind", value: (row) => kinds[row.kind].name, always: true},
-        {title: "PCR leaps by", value: (row) => row.pcr_jump_s, number: true,
-            show: (row) => row.pcr_jump_s === null ? "" : row.pcr_jump_s + " s"},
-    ], breaks);
+    return table(
+        "breaks of time",
+        [
+            {
+                title: "break",
+                value: (row) => row.packet,
+                show: (row) => place(row.t_s, row.packet),
+                always: true,
+            },
+            {title: "byte", value: (row) => row.byte, show: (row) => count_text(row.byte), number: true},
+            {title: "kind", value: (row) => kinds[row.kind].name, always: true},
+            {
+                title: "PCR leaps by",
+                value: (row) => row.pcr_jump_s,
+                number: true,
+                show: (row) => (row.pcr_jump_s === null ? "" : row.pcr_jump_s + " s"),
+            },
+        ],
+        breaks,
+    );
 }

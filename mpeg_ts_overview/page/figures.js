@@ -6,8 +6,16 @@ export function time_text(seconds) {
     const milliseconds = Math.round(Math.abs(seconds) * 1000);
     const whole = Math.floor(milliseconds / 1000);
     const digits = (value, count) => String(value).padStart(count, "0");
-    return (seconds < 0 ? "-" : "") + Math.floor(whole / 3600) + ":" + digits(Math.floor(whole / 60) % 60, 2) +
-        ":" + digits(whole % 60, 2) + "." + digits(milliseconds % 1000, 3);
+    return (
+        (seconds < 0 ? "-" : "") +
+        Math.floor(whole / 3600) +
+        ":" +
+        digits(Math.floor(whole / 60) % 60, 2) +
+        ":" +
+        digits(whole % 60, 2) +
+        "." +
+        digits(milliseconds % 1000, 3)
+    );
 }
 
 /// Marks of a time axis: milliseconds only where a step is below a second.
@@ -28,7 +36,9 @@ export function duration_text(seconds) {
 
 /// "45 min", "1 h 30 min": of what is planned, seconds only when there are some.
 export function planned_text(seconds) {
-    return duration_text(seconds).replace(/ 0 s$/, "").replace(/ 0 min$/, "");
+    return duration_text(seconds)
+        .replace(/ 0 s$/, "")
+        .replace(/ 0 min$/, "");
 }
 
 function three_digits(value) {

@@ -1,7 +1,7 @@
 // Hands on a plot: dragging shows the part dragged over, a double click or Escape everything, arrows move,
 // + and - zoom.
-import { element } from "./elements.js";
-import { move_times, scale_times, show_everything, show_times } from "./time_window.js";
+import {element} from "./elements.js";
+import {move_times, scale_times, show_everything, show_times} from "./time_window.js";
 
 const least_drag = 5; // pixels; less is a click
 

@@ -1,6 +1,6 @@
 // The programme guide: for each service what is on, what follows, then the schedule by day.
-import { element, lazy_details, note, part } from "./elements.js";
-import { counted_text, planned_text, time_text, utc_text } from "./figures.js";
+import {element, lazy_details, note, part} from "./elements.js";
+import {counted_text, planned_text, time_text, utc_text} from "./figures.js";
 
 const services_open = 3; // of so many services or fewer all are open
 
@@ -13,19 +13,32 @@ export function guide_part(found) {
         if (!services.has(event.service)) services.set(event.service, []);
         services.get(event.service).push(event);
     }
-    const others = found.guide.others ? ", " + counted_text(found.guide.others, "event", "events") +
-        " of other streams came too" : "";
+    const others = found.guide.others
+        ? ", " + counted_text(found.guide.others, "event", "events") + " of other streams came too"
+        : "";
     const boxes = [...services].map(([service, its]) =>
-        service_box(names.get(service) || "service " + service, its));
+        service_box(names.get(service) || "service " + service, its),
+    );
     if (boxes.length <= services_open) for (const box of boxes) box.open = true;
-    return part("guide", "Guide", counted_text(events.length, "event", "events") + " of " +
-        counted_text(services.size, "service", "services") + others, note("Hours are UTC."), boxes);
+    return part(
+        "guide",
+        "Guide",
+        counted_text(events.length, "event", "events") +
+            " of " +
+            counted_text(services.size, "service", "services") +
+            others,
+        note("Hours are UTC."),
+        boxes,
+    );
 }
 
 function service_box(name, events) {
     const present = events.find((event) => event.source === "present");
-    const summary = [element("b", {}, name), present ? element("span", {class: "now"}, present.title || "untitled") : null,
-        element("span", {class: "summary"}, counted_text(events.length, "event", "events"))];
+    const summary = [
+        element("b", {}, name),
+        present ? element("span", {class: "now"}, present.title || "untitled") : null,
+        element("span", {class: "summary"}, counted_text(events.length, "event", "events")),
+    ];
     return lazy_details({class: "service"}, summary, () => service_events(events));
 }
 
@@ -34,7 +47,8 @@ function service_events(events) {
     const of = (source) => events.filter((event) => event.source === source).sort(by_start);
     const boxes = [];
     const add = (title, its) => {
-        if (its.length > 0) boxes.push(element("h4", {}, title), element("ol", {class: "events"}, its.map(event_row)));
+        if (its.length > 0)
+            boxes.push(element("h4", {}, title), element("ol", {class: "events"}, its.map(event_row)));
     };
     add("present", of("present"));
     add("following", of("following"));
@@ -49,12 +63,25 @@ function service_events(events) {
 }
 
 function event_row(event) {
-    const told = [planned_text(event.duration_s), event.language,
-        event.present_from_s === null ? "" : "on air from " + time_text(event.present_from_s)];
-    return element("li", {},
-        element("time", {title: utc_text(event.start_utc)}, event.start_utc ? event.start_utc.slice(11, 16) : "\u2013"),
-        element("div", {},
+    const told = [
+        planned_text(event.duration_s),
+        event.language,
+        event.present_from_s === null ? "" : "on air from " + time_text(event.present_from_s),
+    ];
+    return element(
+        "li",
+        {},
+        element(
+            "time",
+            {title: utc_text(event.start_utc)},
+            event.start_utc ? event.start_utc.slice(11, 16) : "\u2013",
+        ),
+        element(
+            "div",
+            {},
             element("span", {class: "event_title"}, event.title || "untitled"),
             element("span", {class: "summary"}, told.filter(Boolean).join(", ")),
-            event.text ? element("p", {}, event.text) : null));
+            event.text ? element("p", {}, event.text) : null,
+        ),
+    );
 }

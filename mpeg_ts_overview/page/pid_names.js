@@ -1,8 +1,18 @@
 // What each PID is, in words.
-import { name_of_program } from "./programs.js";
+import {name_of_program} from "./programs.js";
 
-const fixed = new Map([[0x0000, "PAT"], [0x0001, "CAT"], [0x0010, "NIT"], [0x0011, "SDT, BAT"], [0x0012, "EIT"],
-    [0x0013, "RST"], [0x0014, "TDT, TOT"], [0x001F, "SIT"], [0x1FFB, "PSIP"], [0x1FFF, "null packets"]]);
+const fixed = new Map([
+    [0x0000, "PAT"],
+    [0x0001, "CAT"],
+    [0x0010, "NIT"],
+    [0x0011, "SDT, BAT"],
+    [0x0012, "EIT"],
+    [0x0013, "RST"],
+    [0x0014, "TDT, TOT"],
+    [0x001f, "SIT"],
+    [0x1ffb, "PSIP"],
+    [0x1fff, "null packets"],
+]);
 
 /// A function from a PID to its name; "" of what nothing names.
 export function name_of_pids({programs, tables}) {

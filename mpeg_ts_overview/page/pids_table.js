@@ -1,38 +1,79 @@
 // All that is counted of each PID.
-import { lazy_details } from "./elements.js";
-import { count_text, counted_text, percent_text, pid_text, rate_text, time_text } from "./figures.js";
-import { name_of_pids } from "./pid_names.js";
-import { table } from "./table.js";
+import {lazy_details} from "./elements.js";
+import {count_text, counted_text, percent_text, pid_text, rate_text, time_text} from "./figures.js";
+import {name_of_pids} from "./pid_names.js";
+import {table} from "./table.js";
 
-const faults = [["transport_errors", "transport errors"], ["continuity_errors", "continuity errors"],
-    ["lost_packets_estimate", "lost packets"], ["out_of_order", "out of order"], ["crc_errors", "CRC errors"],
-    ["incomplete_sections", "incomplete sections"]];
-const counts = [["scrambled", "scrambled"], ["duplicates", "duplicates"],
-    ["discontinuities", "discontinuities flagged"], ["unit_starts", "unit starts"],
-    ["random_access_points", "random access points"], ["without_payload", "without payload"],
-    ["reserved_control", "reserved control"]];
+const faults = [
+    ["transport_errors", "transport errors"],
+    ["continuity_errors", "continuity errors"],
+    ["lost_packets_estimate", "lost packets"],
+    ["out_of_order", "out of order"],
+    ["crc_errors", "CRC errors"],
+    ["incomplete_sections", "incomplete sections"],
+];
+const counts = [
+    ["scrambled", "scrambled"],
+    ["duplicates", "duplicates"],
+    ["discontinuities", "discontinuities flagged"],
+    ["unit_starts", "unit starts"],
+    ["random_access_points", "random access points"],
+    ["without_payload", "without payload"],
+    ["reserved_control", "reserved control"],
+];
 
 export function pids_table(found) {
     const name_of = name_of_pids(found);
     const rates = new Map(found.rates.pids.map((row) => [row.pid, row]));
     const number = (title, value, show) => ({title, value, show, number: true});
-    const rate = (title, field) => number(title, (row) => rates.get(row.pid)?.[field],
-        (row) => rate_text(rates.get(row.pid)?.[field]));
-    const counted = (fault) => ([field, title]) => ({
-        ...number(title, (row) => row[field], (row) => row[field] ? count_text(row[field]) : ""),
-        fault: (row) => fault && row[field] > 0,
-    });
+    const rate = (title, field) =>
+        number(
+            title,
+            (row) => rates.get(row.pid)?.[field],
+            (row) => rate_text(rates.get(row.pid)?.[field]),
+        );
+    const counted =
+        (fault) =>
+        ([field, title]) => ({
+            ...number(
+                title,
+                (row) => row[field],
+                (row) => (row[field] ? count_text(row[field]) : ""),
+            ),
+            fault: (row) => fault && row[field] > 0,
+        });
     const columns = [
         {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
         {title: "what", value: (row) => name_of(row.pid)},
-        number("packets", (row) => row.packets, (row) => count_text(row.packets)),
-        number("share", (row) => row.packets / found.recording.packets,
-            (row) => percent_text(row.packets / found.recording.packets)),
-        rate("mean", "mean_bps"), rate("lowest second", "min_bps"), rate("highest second", "max_bps"),
-        ...faults.map(counted(true)), ...counts.map(counted(false)),
-        number("first", (row) => row.first_s, (row) => time_text(row.first_s)),
-        number("last", (row) => row.last_s, (row) => time_text(row.last_s)),
+        number(
+            "packets",
+            (row) => row.packets,
+            (row) => count_text(row.packets),
+        ),
+        number(
+            "share",
+            (row) => row.packets / found.recording.packets,
+            (row) => percent_text(row.packets / found.recording.packets),
+        ),
+        rate("mean", "mean_bps"),
+        rate("lowest second", "min_bps"),
+        rate("highest second", "max_bps"),
+        ...faults.map(counted(true)),
+        ...counts.map(counted(false)),
+        number(
+            "first",
+            (row) => row.first_s,
+            (row) => time_text(row.first_s),
+        ),
+        number(
+            "last",
+            (row) => row.last_s,
+            (row) => time_text(row.last_s),
+        ),
     ];
-    return lazy_details({class: "all", id: "pids"}, "All PIDs: " + counted_text(found.pids.length, "PID", "PIDs"),
-        () => [table("all PIDs", columns, found.pids)]);
+    return lazy_details(
+        {class: "all", id: "pids"},
+        "All PIDs: " + counted_text(found.pids.length, "PID", "PIDs"),
+        () => [table("all PIDs", columns, found.pids)],
+    );
 }

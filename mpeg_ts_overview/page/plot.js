@@ -1,10 +1,10 @@
-// A plot over the time of the recording, drawn by dygraphs. Names from the stream never reach dygraphs: it knows
-// series by their numbers, what people read is beside the plot.
-import { element } from "./elements.js";
-import { time_text } from "./figures.js";
-import { follow_gestures } from "./gestures.js";
-import { time_ticks } from "./time_axis.js";
-import { on_time_window, time_window } from "./time_window.js";
+// A plot over the time of the recording, drawn by dygraphs. Names from the stream never reach dygraphs: it
+// knows series by their numbers, what people read is beside the plot.
+import {element} from "./elements.js";
+import {time_text} from "./figures.js";
+import {follow_gestures} from "./gestures.js";
+import {time_ticks} from "./time_axis.js";
+import {on_time_window, time_window} from "./time_window.js";
 
 const waiting = []; // plots that are not on the page yet
 const values_in_readout = 8;
@@ -13,12 +13,14 @@ const axis_width = 66; // of every plot, so that their times stand below each ot
 
 /// The colour of that name in the style sheet, as it is now.
 export function colour_of(name) {
-    return getComputedStyle(document.documentElement).getPropertyValue("--" + name).trim();
+    return getComputedStyle(document.documentElement)
+        .getPropertyValue("--" + name)
+        .trim();
 }
 
 /// The n-th colour of series.
 export function series_colour(number) {
-    return "series_" + (number % 10 + 1);
+    return "series_" + ((number % 10) + 1);
 }
 
 /// A figure with
@@ -30,49 +32,85 @@ export function series_colour(number) {
 ///   size "tall", or height in pixels, legend: more of it, no_legend.
 export function make_plot(plot) {
     const area = element("div", {
-        class: "plot " + (plot.size ?? ""), tabindex: 0, role: "img",
+        class: "plot " + (plot.size ?? ""),
+        tabindex: 0,
+        role: "img",
         "aria-label": plot.title + ". Arrows move, + and - zoom, Escape shows everything.",
     });
     if (plot.height) area.style.height = plot.height + "px";
     const canvas = element("div", {class: "canvas"});
     const readout = element("p", {class: "readout"}, "\u00a0");
     area.append(canvas);
-    const state = {...plot, area, canvas, readout, graph: null, near: false, touched: true, theme_changed: false};
+    const state = {
+        ...plot,
+        area,
+        canvas,
+        readout,
+        graph: null,
+        near: false,
+        touched: true,
+        theme_changed: false,
+    };
     waiting.push(state);
     const legend = plot.no_legend ? null : legend_of(state);
-    return element("figure", {}, element("figcaption", {}, element("h3", {}, plot.title), plot.controls), legend, area,
-        readout);
+    return element(
+        "figure",
+        {},
+        element("figcaption", {}, element("h3", {}, plot.title), plot.controls),
+        legend,
+        area,
+        readout,
+    );
 }
 
 /// Plots that were put on the page since the last call are drawn when they come into view.
 export function draw_plots() {
     for (const state of waiting.splice(0)) {
         show_window(state);
-        on_time_window(() => { show_window(state); touch(state); });
+        on_time_window(() => {
+            show_window(state);
+            touch(state);
+        });
         for (const query of ["(prefers-color-scheme: dark)", "print"])
-            matchMedia(query).addEventListener("change", () => { state.theme_changed = true; touch(state); });
-        addEventListener("beforeprint", () => { state.near = true; touch(state); });
+            matchMedia(query).addEventListener("change", () => {
+                state.theme_changed = true;
+                touch(state);
+            });
+        addEventListener("beforeprint", () => {
+            if (state.touched) touch(state, true);
+        });
         follow_gestures(state.area, () => state.graph);
-        new IntersectionObserver(([entry]) => {
-            state.near = entry.isIntersecting;
-            if (state.near && state.touched) touch(state);
-        }, {rootMargin: "400px"}).observe(state.area);
+        new IntersectionObserver(
+            ([entry]) => {
+                state.near = entry.isIntersecting;
+                if (state.near && state.touched) touch(state);
+            },
+            {rootMargin: "400px"},
+        ).observe(state.area);
     }
 }
 
 /// Brings the plot up to date; one that is far from view when it comes nearer.
-function touch(state) {
-    state.touched = !state.near;
-    if (!state.near) return;
+function touch(state, now = state.near) {
+    state.touched = !now;
+    if (!now) return;
     if (!state.graph) start(state);
-    else state.graph.updateOptions({...window_options(), ...state.theme_changed ? theme_options(state) : {}});
+    else
+        state.graph.updateOptions({
+            ...window_options(),
+            ...(state.theme_changed ? theme_options(state) : {}),
+        });
     state.theme_changed = false;
 }
 
 function legend_of(state) {
     const entries = state.series.map((series, number) => {
-        const entry = element("button", {type: "button", "aria-pressed": String(!series.hidden)},
-            element("span", {class: "chip " + series.colour}), series.name);
+        const entry = element(
+            "button",
+            {type: "button", "aria-pressed": String(!series.hidden)},
+            element("span", {class: "chip " + series.colour}),
+            series.name,
+        );
         entry.addEventListener("click", () => {
             const visible = entry.getAttribute("aria-pressed") !== "true";
             entry.setAttribute("aria-pressed", String(visible));
@@ -81,8 +119,12 @@ function legend_of(state) {
         });
         return entry;
     });
-    return element("div", {class: "legend", role: "group", "aria-label": "series of " + state.title}, entries,
-        state.legend);
+    return element(
+        "div",
+        {class: "legend", role: "group", "aria-label": "series of " + state.title},
+        entries,
+        state.legend,
+    );
 }
 
 function start(state) {
@@ -100,8 +142,12 @@ function start(state) {
         highlightCallback: (event, x, points, row) => {
             state.readout.textContent = readout_text(state, x, points, state.rows[row]);
         },
-        unhighlightCallback: () => { state.readout.textContent = "\u00a0"; },
-        plugins: [{activate: () => ({didDrawChart: (event) => draw_over(state, event)}), toString: () => "over"}],
+        unhighlightCallback: () => {
+            state.readout.textContent = "\u00a0";
+        },
+        plugins: [
+            {activate: () => ({didDrawChart: (event) => draw_over(state, event)}), toString: () => "over"},
+        ],
         ...window_options(),
         ...theme_options(state),
         ...state.options,
@@ -135,10 +181,15 @@ function theme_options(state) {
 
 function readout_text(state, x, points, row) {
     const values = points
-        .map(({name, yval}) => ({series: state.series[Number(name)], value: yval, cell: row[Number(name) + 1]}))
+        .map(({name, yval}) => ({
+            series: state.series[Number(name)],
+            value: yval,
+            cell: row[Number(name) + 1],
+        }))
         .filter(({value}) => value !== null && !Number.isNaN(value));
     values.sort((a, b) => Math.abs(b.value) - Math.abs(a.value));
-    const texts = values.slice(0, values_in_readout)
+    const texts = values
+        .slice(0, values_in_readout)
         .map(({series, value, cell}) => series.name + " " + state.value_text(value, cell));
     if (values.length > values_in_readout) texts.push("and " + (values.length - values_in_readout) + " more");
     return [time_text(x), state.first_text?.(x), ...texts].filter(Boolean).join("   ");
@@ -152,7 +203,8 @@ function draw_over(state, {drawingContext: context, dygraph: graph}) {
     context.clip();
     state.overlay?.(context, graph);
     context.fillStyle = colour_of("fault");
-    for (const seconds of time_window.marks) context.fillRect(Math.round(graph.toDomXCoord(seconds)) - 1, y, 2, h);
+    for (const seconds of time_window.marks)
+        context.fillRect(Math.round(graph.toDomXCoord(seconds)) - 1, y, 2, h);
     context.restore();
 }
 

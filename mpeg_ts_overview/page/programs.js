@@ -1,6 +1,6 @@
 // The services with their streams, rates as bars.
-import { button, element, part } from "./elements.js";
-import { counted_text, hex_text, percent_text, pid_text, rate_text } from "./figures.js";
+import {button, element, part} from "./elements.js";
+import {counted_text, hex_text, percent_text, pid_text, rate_text} from "./figures.js";
 
 const programs_at_first = 60;
 
@@ -15,15 +15,27 @@ export function programs_part({programs, transport_stream}) {
     const streams = programs.flatMap((program) => program.streams);
     const greatest = Math.max(1, ...streams.map((stream) => stream.mean_bps ?? 0));
     const cards = element("div", {class: "cards"});
-    const show = (from, to) => cards.append(...programs.slice(from, to).map((each) => program_card(each, greatest)));
+    const show = (from, to) =>
+        cards.append(...programs.slice(from, to).map((each) => program_card(each, greatest)));
     show(0, programs_at_first);
-    const more = programs.length <= programs_at_first ? null : button("show all", null, () => {
-        show(programs_at_first);
-        more.remove();
-    });
+    const more =
+        programs.length <= programs_at_first
+            ? null
+            : button("show all", null, () => {
+                  show(programs_at_first);
+                  more.remove();
+              });
     const network = transport_stream.network_name ? ", network " + transport_stream.network_name : "";
-    return part("programs", "Programs", counted_text(programs.length, "program", "programs") + ", " +
-        counted_text(streams.length, "stream", "streams") + network, cards, more);
+    return part(
+        "programs",
+        "Programs",
+        counted_text(programs.length, "program", "programs") +
+            ", " +
+            counted_text(streams.length, "stream", "streams") +
+            network,
+        cards,
+        more,
+    );
 }
 
 function program_card(program, greatest) {
@@ -36,25 +48,52 @@ function program_card(program, greatest) {
         ...program.ca_systems.map((system) => "CA " + hex_text(system.id, 4) + " on " + pid_text(system.pid)),
     ];
     const pcr = program.pcr_pid === null ? "no PMT" : "PCR " + pid_text(program.pcr_pid);
-    return element("article", {class: "card"},
-        element("h3", {}, element("span", {class: "id"}, hex_text(program.number, 4)), name_of_program(program),
+    return element(
+        "article",
+        {class: "card"},
+        element(
+            "h3",
+            {},
+            element("span", {class: "id"}, hex_text(program.number, 4)),
+            name_of_program(program),
             program.provider_name ? element("span", {class: "provider"}, program.provider_name) : null,
-            element("span", {class: "rate"}, rate_text(rates.length ? rates.reduce((a, b) => a + b, 0) : null))),
-        element("p", {class: "tags"}, program.absent ? element("span", {class: "fault"}, "absent") : null,
+            element(
+                "span",
+                {class: "rate"},
+                rate_text(rates.length ? rates.reduce((a, b) => a + b, 0) : null),
+            ),
+        ),
+        element(
+            "p",
+            {class: "tags"},
+            program.absent ? element("span", {class: "fault"}, "absent") : null,
             tags.filter(Boolean).map((tag) => element("span", {}, tag)),
-            element("span", {}, "PMT " + pid_text(program.pmt_pid)), element("span", {}, pcr)),
-        element("table", {class: "streams"}, element("tbody", {},
-            program.streams.map((stream) => stream_row(stream, greatest)))));
+            element("span", {}, "PMT " + pid_text(program.pmt_pid)),
+            element("span", {}, pcr),
+        ),
+        element(
+            "table",
+            {class: "streams"},
+            element(
+                "tbody",
+                {},
+                program.streams.map((stream) => stream_row(stream, greatest)),
+            ),
+        ),
+    );
 }
 
 function stream_row(stream, greatest) {
     const bar = element("span", {class: "bar " + stream.kind});
-    bar.style.width = 100 * (stream.mean_bps ?? 0) / greatest + "%";
+    bar.style.width = (100 * (stream.mean_bps ?? 0)) / greatest + "%";
     const rate = stream.absent ? element("span", {class: "fault"}, "absent") : rate_text(stream.mean_bps);
-    return element("tr", {},
+    return element(
+        "tr",
+        {},
         element("td", {class: "id"}, pid_text(stream.pid)),
         element("td", {}, stream.name, " ", element("span", {class: "details"}, stream.details ?? "")),
         element("td", {}, stream.language ?? ""),
         element("td", {class: "number", title: percent_text(stream.share)}, rate),
-        element("td", {class: "bars"}, bar));
+        element("td", {class: "bars"}, bar),
+    );
 }

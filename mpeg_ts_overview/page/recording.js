@@ -1,7 +1,15 @@
 // What the recording is, and whether any check fails.
-import { element } from "./elements.js";
-import { count_text, counted_text, duration_text, pid_text, rate_text, size_text, time_text, utc_text }
-    from "./figures.js";
+import {element} from "./elements.js";
+import {
+    count_text,
+    counted_text,
+    duration_text,
+    pid_text,
+    rate_text,
+    size_text,
+    time_text,
+    utc_text,
+} from "./figures.js";
 
 const time_bases = {
     pcr: "time by PCR",
@@ -15,25 +23,48 @@ export function recording_header(found) {
     const name = recording.path.split("/").pop() || recording.path;
     document.title = name + " - transport stream overview";
     const failed = checks.filter((check) => check.result === "fail").length;
-    const badge = element("span", {class: failed ? "badge fault" : "badge", id: "badge"}, failed === 0 ?
-        "no check fails" : counted_text(failed, "check fails", "checks fail"));
-    return element("header", {},
+    const badge = element(
+        "span",
+        {class: failed ? "badge fault" : "badge", id: "badge"},
+        failed === 0 ? "no check fails" : counted_text(failed, "check fails", "checks fail"),
+    );
+    return element(
+        "header",
+        {},
         element("div", {class: "title"}, element("h1", {title: recording.path}, name), badge),
-        element("dl", {class: "facts"}, facts_of(found).filter(([, value]) => value).map(([title, value, fault]) =>
-            element("div", {class: fault ? "fault" : null}, element("dt", {}, title), element("dd", {}, value)))));
+        element(
+            "dl",
+            {class: "facts"},
+            facts_of(found)
+                .filter(([, value]) => value)
+                .map(([title, value, fault]) =>
+                    element(
+                        "div",
+                        {class: fault ? "fault" : null},
+                        element("dt", {}, title),
+                        element("dd", {}, value),
+                    ),
+                ),
+        ),
+    );
 }
 
 function facts_of({recording, transport_stream, clock, rates}) {
     const rate = rate_text(recording.mean_bps);
     const clock_of = recording.clock_pid === null ? "" : " of " + pid_text(recording.clock_pid);
-    const reading = (at) => at ? utc_text(at.utc) + " UTC" + (at.t_s === null ? "" : " at " + time_text(at.t_s)) : "";
-    const bytes = (count) => count ? count_text(count) : "";
+    const reading = (at) =>
+        at ? utc_text(at.utc) + " UTC" + (at.t_s === null ? "" : " at " + time_text(at.t_s)) : "";
+    const bytes = (count) => (count ? count_text(count) : "");
     return [
         ["size", size_text(recording.bytes)],
         ["duration", duration_text(recording.duration_s)],
         ["rate", rate && rate + (recording.constant_bitrate ? " constant" : "")],
-        ["lowest and highest second", rates.whole.min_bps === null || recording.constant_bitrate ? "" :
-            rate_text(rates.whole.min_bps) + " to " + rate_text(rates.whole.max_bps)],
+        [
+            "lowest and highest second",
+            rates.whole.min_bps === null || recording.constant_bitrate
+                ? ""
+                : rate_text(rates.whole.min_bps) + " to " + rate_text(rates.whole.max_bps),
+        ],
         ["packets", count_text(recording.packets) + " of " + recording.packet_size + " bytes"],
         ["standard", recording.standard],
         ["time base", time_bases[recording.time_base] + clock_of],

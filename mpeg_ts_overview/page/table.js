@@ -1,12 +1,12 @@
 // Tables whose columns can be sorted, long ones shown in steps.
-import { button, element } from "./elements.js";
-import { count_text } from "./figures.js";
+import {button, element} from "./elements.js";
+import {count_text} from "./figures.js";
 
 const rows_at_first = 100;
 
-/// Columns are {title, value(row), show(row), number, fault(row), always}. value is what is sorted by, show what
-/// is seen: value when it is not given. A column in which no row has a value (or only 0) is left out, but for
-/// those that are always shown.
+/// Columns are {title, value(row), show(row), number, fault(row), always}. value is what is sorted by, show
+/// what is seen: value when it is not given. A column in which no row has a value (or only 0) is left out,
+/// but for those that are always shown.
 export function table(label, columns, rows) {
     const shown = columns.filter((column) => column.always || rows.some((row) => Boolean(column.value(row))));
     const body = element("tbody");
@@ -18,8 +18,13 @@ export function table(label, columns, rows) {
         body.replaceChildren(...order.slice(0, limit).map((row) => table_row(shown, row)));
         more.replaceChildren();
         if (order.length <= limit) return;
-        more.append(count_text(limit) + " of " + count_text(order.length) + " rows. ",
-            button("show more", null, () => { limit *= 10; fill(); }));
+        more.append(
+            count_text(limit) + " of " + count_text(order.length) + " rows. ",
+            button("show more", null, () => {
+                limit *= 10;
+                fill();
+            }),
+        );
     }
 
     function sort_by(column, header) {
@@ -32,24 +37,42 @@ export function table(label, columns, rows) {
 
     const headers = shown.map((column) => {
         const header = element("th", {scope: "col", class: column.number ? "number" : null});
-        header.append(element("button", {type: "button", class: "sort", onclick: () => sort_by(column, header)},
-            column.title));
+        header.append(
+            element(
+                "button",
+                {type: "button", class: "sort", onclick: () => sort_by(column, header)},
+                column.title,
+            ),
+        );
         return header;
     });
     fill();
-    return element("div", {class: "table"},
-        element("div", {class: "scroll", role: "region", "aria-label": label},
-            element("table", {}, element("thead", {}, element("tr", {}, headers)), body)),
-        more);
+    return element(
+        "div",
+        {class: "table"},
+        element(
+            "div",
+            {class: "scroll", role: "region", "aria-label": label},
+            element("table", {}, element("thead", {}, element("tr", {}, headers)), body),
+        ),
+        more,
+    );
 }
 
 function table_row(columns, row) {
-    return element("tr", {}, columns.map((column) => {
-        const shown = column.show ? column.show(row) : column.value(row);
-        const classes = (column.number ? "number " : "") + (column.fault?.(row) ? "fault" : "");
-        return element("td", {class: classes || null}, shown === null || shown === undefined ? "" :
-            shown instanceof Node ? shown : String(shown));
-    }));
+    return element(
+        "tr",
+        {},
+        columns.map((column) => {
+            const shown = column.show ? column.show(row) : column.value(row);
+            const classes = (column.number ? "number " : "") + (column.fault?.(row) ? "fault" : "");
+            return element(
+                "td",
+                {class: classes || null},
+                shown === null || shown === undefined ? "" : shown instanceof Node ? shown : String(shown),
+            );
+        }),
+    );
 }
 
 /// What is not known comes last, in both directions.

@@ -1,27 +1,48 @@
 // The tables of the stream: how often they come, which versions there were.
-import { element, note, part } from "./elements.js";
-import { count_text, counted_text, hex_text, interval_text, pid_text, time_text } from "./figures.js";
-import { table } from "./table.js";
+import {element, note, part} from "./elements.js";
+import {count_text, counted_text, hex_text, interval_text, pid_text, time_text} from "./figures.js";
+import {table} from "./table.js";
 
 export function tables_part({tables}) {
     if (tables.rows.length === 0) return null;
     const number = (title, value, show) => ({title, value, show, number: true});
-    const interval = (title, which) => number(title, (row) => row.interval_ms[which],
-        (row) => interval_text(row.interval_ms[which]));
+    const interval = (title, which) =>
+        number(
+            title,
+            (row) => row.interval_ms[which],
+            (row) => interval_text(row.interval_ms[which]),
+        );
     const columns = [
         {title: "PID", value: (row) => row.pid, show: (row) => pid_text(row.pid), always: true},
-        {title: "table", value: (row) => row.table_id, show: (row) => hex_text(row.table_id, 2), always: true},
+        {
+            title: "table",
+            value: (row) => row.table_id,
+            show: (row) => hex_text(row.table_id, 2),
+            always: true,
+        },
         {title: "name", value: (row) => row.name},
         {title: "of", value: extension_text},
-        number("sections", (row) => row.sections, (row) => count_text(row.sections)),
-        interval("least interval", "min"), interval("mean", "mean"), interval("greatest", "max"),
+        number(
+            "sections",
+            (row) => row.sections,
+            (row) => count_text(row.sections),
+        ),
+        interval("least interval", "min"),
+        interval("mean", "mean"),
+        interval("greatest", "max"),
         {title: "versions", value: (row) => row.versions.length, show: versions_cell},
-        {...number("changed under the same version", (row) => row.changed_under_same_version),
-            fault: (row) => row.changed_under_same_version > 0},
+        {
+            ...number("changed under the same version", (row) => row.changed_under_same_version),
+            fault: (row) => row.changed_under_same_version > 0,
+        },
     ];
-    return part("tables", "Tables", counted_text(tables.rows.length, "table", "tables"),
+    return part(
+        "tables",
+        "Tables",
+        counted_text(tables.rows.length, "table", "tables"),
         table("tables", columns, tables.rows),
-        note("Intervals are between arrivals of sections of the same number."));
+        note("Intervals are between arrivals of sections of the same number."),
+    );
 }
 
 function extension_text(row) {
@@ -33,8 +54,13 @@ function extension_text(row) {
 }
 
 function versions_cell(row) {
-    const text = (version) => version.version + (version.first_s === null ? "" : " at " + time_text(version.first_s));
+    const text = (version) =>
+        version.version + (version.first_s === null ? "" : " at " + time_text(version.first_s));
     if (row.versions.length < 2) return row.versions.map((version) => "version " + version.version).join("");
-    return element("details", {class: "versions"}, element("summary", {}, counted_text(row.versions.length, "version",
-        "versions")), row.versions.map((version) => element("div", {}, text(version))));
+    return element(
+        "details",
+        {class: "versions"},
+        element("summary", {}, counted_text(row.versions.length, "version", "versions")),
+        row.versions.map((version) => element("div", {}, text(version))),
+    );
 }

@@ -38,7 +38,7 @@ export function move_times(part) {
 /// Shows that many times what is shown, around its middle.
 export function scale_times(factor) {
     const middle = (time_window.from + time_window.to) / 2;
-    const half = (time_window.to - time_window.from) / 2 * factor;
+    const half = ((time_window.to - time_window.from) / 2) * factor;
     show_times(middle - half, middle + half);
 }
 

@@ -1,6 +1,6 @@
 // The analyser's words for each distinct section, with a filter.
-import { button, element, lazy_details, note, part, place } from "./elements.js";
-import { count_text, counted_text, hex_text, pid_text } from "./figures.js";
+import {button, element, lazy_details, note, part, place} from "./elements.js";
+import {count_text, counted_text, hex_text, pid_text} from "./figures.js";
 
 const entries_at_first = 100;
 
@@ -10,7 +10,8 @@ export function transcript_part({transcript}) {
     const told = element("span", {class: "summary", role: "status"});
     const list = element("div", {class: "entries"});
     const texts = transcript.map((entry) =>
-        [pid_text(entry.pid), entry.heading, ...entry.lines].join("\n").toLowerCase());
+        [pid_text(entry.pid), entry.heading, ...entry.lines].join("\n").toLowerCase(),
+    );
 
     function show(limit) {
         const words = filter.value.toLowerCase().split(/\s+/).filter(Boolean);
@@ -21,9 +22,17 @@ export function transcript_part({transcript}) {
     }
     filter.addEventListener("input", () => show(entries_at_first));
     show(entries_at_first);
-    return part("transcript", "Transcript", counted_text(transcript.length, "distinct section", "distinct sections"),
-        note("The analyser collects PMTs anew at each PAT, so its counts may be lower than those of the tables."),
-        element("p", {class: "controls"}, element("label", {}, "filter ", filter), told), list);
+    return part(
+        "transcript",
+        "Transcript",
+        counted_text(transcript.length, "distinct section", "distinct sections"),
+        note(
+            "The analyser collects PMTs anew at each PAT, so its counts may be lower than those of " +
+                "the tables.",
+        ),
+        element("p", {class: "controls"}, element("label", {}, "filter ", filter), told),
+        list,
+    );
 }
 
 function entry_box(entry, words) {
@@ -34,10 +43,18 @@ function entry_box(entry, words) {
         element("span", {class: "heading"}, entry.heading),
         element("span", {class: "summary"}, entry.count > 1 ? count_text(entry.count) + " times" : ""),
     ];
-    return lazy_details({class: "entry"}, summary, () => [element("pre", {}, entry.lines.map((line) => {
-        const text = line + "\n";
-        const found = words.some((word) => text.toLowerCase().includes(word));
-        const fault = line.trimStart().startsWith("!!");
-        return found || fault ? element(found ? "mark" : "span", {class: fault ? "fault" : null}, text) : text;
-    }))]);
+    return lazy_details({class: "entry"}, summary, () => [
+        element(
+            "pre",
+            {},
+            entry.lines.map((line) => {
+                const text = line + "\n";
+                const found = words.some((word) => text.toLowerCase().includes(word));
+                const fault = line.trimStart().startsWith("!!");
+                return found || fault
+                    ? element(found ? "mark" : "span", {class: fault ? "fault" : null}, text)
+                    : text;
+            }),
+        ),
+    ]);
 }

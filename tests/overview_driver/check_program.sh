@@ -39,6 +39,14 @@ expect 0 '' --json=again.json --text recording.ts
 cmp output summary
 cmp again.json out.json
 
+expect 0 '' --html=out.html --json=again.json recording.ts
+[ ! -s output ] || fail "a summary beside --html"
+holds out.html '<!DOCTYPE html>'
+holds out.html '"path":"recording.ts"'
+cmp again.json out.json
+expect 0 '' --html=- recording.ts
+cmp output out.html
+
 # A pipe gives the same figures as the file.
 mkfifo pipe
 cat recording.ts >pipe &

@@ -152,7 +152,7 @@ void add_time_stamps(overview &found, uint16_t pid)
 
 void add_program(overview &found, uint16_t number, const std::string &name, uint64_t video_bps)
 {
-    const auto base = static_cast<uint16_t>(0x0100 * (number % 30 + 1));
+    const auto base = static_cast<uint16_t>(0x0100 * (number % 30 + 1) + 8 * (number / 30));
     add_pid(found, base, 15000, 0);
     add_pid(found, static_cast<uint16_t>(base + 1), video_bps, 0.3);
     add_pid(found, static_cast<uint16_t>(base + 2), 192000, 0.02);

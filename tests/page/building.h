@@ -16,7 +16,8 @@ overview begun_recording(const std::string &path, double seconds, uint64_t bps);
 /// A PID with a rate that wavers by a part of it.
 void add_pid(overview &found, uint16_t pid, uint64_t bps, double wavers);
 
-/// A program with MPEG-2 video, two sounds and teletext on the PIDs behind the PMT's, with its clock.
+/// A program with MPEG-2 video, two sounds and teletext on the PIDs behind the PMT's, with its clock. number
+/// is below 900.
 void add_program(overview &found, uint16_t number, const std::string &name, uint64_t video_bps);
 
 /// Sounds alone; the first carries the clock.

@@ -71,10 +71,16 @@ void fail(overview &found, const std::string &id, uint64_t count, double first_s
     const auto check = std::find_if(found.checks.begin(), found.checks.end(),
                                     [&](const check_result &each) { return each.id == id; });
     check->outcome = check_outcome::fail;
-    for (uint64_t number = 0; number < count; ++number)
-        check->log.add(at_s(found, first_s + 3.3 * static_cast<double>(number % 25)),
-                       static_cast<uint16_t>(0x0101 + number % 3), "expected 5, came 9");
-    if (worst > 0) check->log.worst = worst;
+    violation_log &log = check->log;
+    log.count = count;
+    for (uint64_t number = 0; number < count; ++number) {
+        log.last = at_s(found, first_s + 3.3 * static_cast<double>(number % 25));
+        if (number == 0) log.first = log.last;
+        if (log.details.size() < violation_detail_limit)
+            log.details.push_back(
+                {log.last, static_cast<uint16_t>(0x0101 + number % 3), "expected 5, came 9"});
+    }
+    if (worst > 0) log.worst = worst;
 }
 
 void add_null_packets(overview &found, uint64_t bps)
@@ -86,6 +92,7 @@ void add_null_packets(overview &found, uint64_t bps)
         for (size_t at = 0; at < found.rates.pids[row].rate.series_bps.size(); ++at)
             others[at] += found.rates.pids[row].rate.series_bps[at];
     rate_facts &nulls = found.rates.pids.back().rate;
+    if (nulls.series_bps.empty()) return;
     const uint64_t whole = *found.rates.whole.mean_bps;
     for (size_t at = 0; at < buckets; ++at) {
         nulls.series_bps[at] = others[at] < whole ? whole - others[at] : 0;

@@ -209,6 +209,14 @@ overview timeless_recording()
     return found;
 }
 
+overview empty_recording()
+{
+    overview found;
+    found.recording.path = "empty.ts";
+    found.recording.packet_size = 188;
+    return found;
+}
+
 overview day_recording()
 {
     overview found = begun_recording("recordings/day.ts", 86400, 66000000);
@@ -239,7 +247,7 @@ overview overfull_recording()
     overview found = begun_recording(long_text, 100000, 60000000);
     found.standard = "ATSC";
     add_tables(found);
-    for (unsigned number = 1; number <= 2000; ++number)
+    for (unsigned number = 1; number < 900; ++number)
         add_program(found, static_cast<uint16_t>(number), long_text, 10000000000ULL + number);
     add_null_packets(found, 1000000);
     for (unsigned number = 0; number < 20000; ++number) {
@@ -276,5 +284,7 @@ std::vector<made_recording> all_recordings()
     all.push_back({"markup", markup_recording()});
     all.push_back({"timeless", timeless_recording()});
     all.push_back({"day", day_recording()});
+    all.push_back({"overfull", overfull_recording()});
+    all.push_back({"empty", empty_recording()});
     return all;
 }

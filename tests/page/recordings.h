@@ -32,6 +32,9 @@ overview markup_recording();
 /// No times, nothing that a part could show but checks and PIDs.
 overview timeless_recording();
 
+/// Nothing but its name.
+overview empty_recording();
+
 /// 24 hours, 200 PIDs, 5000 sections, 20000 events.
 overview day_recording();
 
