@@ -1,0 +1,3 @@
+add_tests_of(overview_checks
+    psi_checks_test.cpp)
+target_link_libraries(overview_checks_tests PRIVATE overview_checks)
