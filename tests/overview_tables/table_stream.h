@@ -43,7 +43,6 @@ public:
     explicit table_stream(const limits &values = {}, bool is_whole_multiplex = false)
         : tables(std::make_unique<stream_tables>(values, is_whole_multiplex))
     {
-        tables->see(at(0));
     }
 
     /// The moment of the packet that comes next, when it comes at that time.
@@ -80,6 +79,7 @@ public:
 
     table_stream &packet(double seconds, const uint8_t *start, const packet_sequence &sequence = {})
     {
+        begin();
         ts_packet packet = read_packet(start);
         packet.at = at(seconds);
         ++next_packet;
@@ -91,6 +91,7 @@ public:
     /// Time goes on to those seconds, and nothing comes.
     table_stream &see(double seconds)
     {
+        begin();
         tables->see(at(seconds));
         ++next_packet;
         return *this;
@@ -106,6 +107,7 @@ public:
 
     table_stream &finish(double seconds)
     {
+        begin();
         tables->finish(at(seconds), [this](uint16_t pid) { return seen.count(pid) != 0; });
         return *this;
     }
@@ -119,4 +121,14 @@ public:
     bool has_times = true;
     double sure_from = -1; ///< what lies before, and behind sure_to, is extrapolated
     double sure_to = 1e9;
+
+private:
+    /// Time begins at 0, once the test has said what is sure.
+    void begin()
+    {
+        if (!begun) tables->see(at(0));
+        begun = true;
+    }
+
+    bool begun = false;
 };
