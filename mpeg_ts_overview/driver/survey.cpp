@@ -28,7 +28,7 @@ survey::survey(const overview_request &how, unsigned packet_size)
       pcr(how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
           how.other_limits.pcr_accuracy_ns.value_or(pcr_accuracy_limit_ns)),
       time_stamps(how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
-      words(settings_of(how))
+      words(settings_of(how)), contents(tables.uses(), tables.programs())
 {
 }
 
@@ -69,6 +69,7 @@ void survey::on_break(const time_break &ended)
     faults.on_sync_loss(ended.at);
     continuity.on_sync_loss();
     tables.on_sync_loss();
+    contents.on_sync_loss();
 }
 
 void survey::on_run(const packet_run &run, const uint8_t *start)
@@ -78,12 +79,17 @@ void survey::on_run(const packet_run &run, const uint8_t *start)
     continuity.on_run(run);
     if (absence.watches(run.pid)) absence.on_packets(run.pid, run.first, run.count);
     if (run.transport_scrambling_control != 0) time_stamps.on_scrambled(run.pid);
-    if (!tables.collects(run.pid)) return;
+    const bool is_collected = tables.collects(run.pid);
+    const bool is_looked_into = contents.wants(run.pid);
+    if (!is_collected && !is_looked_into) return;
 
-    for (uint64_t i = 0; i < run.count; ++i, start += stride) {
+    // Of scrambled packets the contents need no more than the first.
+    const uint64_t count = is_collected || run.transport_scrambling_control == 0 ? run.count : 1;
+    for (uint64_t i = 0; i < count; ++i, start += stride) {
         ts_packet packet = read_packet(start);
         packet.at = times.moment_of(run.first + i, start);
-        tables.on_packet(packet, {}, *this);
+        if (is_looked_into) contents.on_packet(packet, {});
+        if (is_collected) tables.on_packet(packet, {}, *this);
     }
 }
 
@@ -98,6 +104,7 @@ void survey::on_packet(const ts_packet &packet)
     else if (absence.watches(packet.pid))
         absence.on_packets(packet.pid, packet.at.packet, 1);
 
+    contents.on_packet(packet, sequence);
     if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
     pcr.on_packet(packet, sequence, program_clocks[packet.pid]);
@@ -115,6 +122,7 @@ void survey::on_section(const table_section &section)
 {
     for (const uint16_t pid : tables.programs().changed_pids()) on_changed_pid(pid, section.at);
     words.on_section(section);
+    contents.on_section(section);
 }
 
 /// PAT or PMT make something else of the PID from now on.
@@ -156,7 +164,7 @@ void survey::finish(const timeline &known, const moment &end, overview &found)
     finish_meters(at_end, found);
     found.standard = tables.standard();
     found.programs = tables.programs().facts();
-    found.transport_stream.transport_stream_id = tables.programs().transport_stream_id();
+    contents.finish(found);
     found.tables = tables.rows().facts();
     found.transcript = words.finish();
     found.breaks = breaks;

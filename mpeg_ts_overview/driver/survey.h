@@ -1,6 +1,7 @@
 // Everything that is measured of a recording while it goes by: packets in, model out.
 #pragma once
 
+#include "mpeg_ts_overview/contents/contents.h"
 #include "mpeg_ts_overview/driver/overview_request.h"
 #include "mpeg_ts_overview/driver/packet_listener.h"
 #include "mpeg_ts_overview/meters/absence.h"
@@ -55,5 +56,6 @@ private:
     pcr_meter pcr;
     time_stamp_meter time_stamps;
     transcript words;
+    recording_contents contents;
     std::bitset<mpeg_ts_pid_count> program_clocks;
 };

@@ -147,6 +147,15 @@ void program_map::on_pmt(const table_section &section)
     if (before.pcr_pid != which.last.pcr_pid) note_clock(which.last.pcr_pid, had_new_clock);
 }
 
+bool program_map::is_current_map(const table_section &section) const
+{
+    if (section.header.table_id != pmt_table_id || !is_long(section)) return false;
+    const auto found = index_of.find(section.header.table_id_extension);
+    if (found == index_of.end()) return false;
+    const program &which = programs[found->second];
+    return which.current && which.pmt_pid == section.pid && which.last.crc_32 == section.crc_32;
+}
+
 program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
 {
     kept_map kept;

@@ -35,6 +35,9 @@ public:
     /// True while a program with a current PMT has its PCRs on the PID.
     bool is_program_clock(uint16_t pid) const { return directory.is(pid, pid_use::clock); }
 
+    /// True when the section, whose CRC_32 is right, is what a program's current PMT says.
+    bool is_current_map(const table_section &section) const;
+
     /// True once a PMT has been current.
     bool had_map() const { return map_came; }
 
