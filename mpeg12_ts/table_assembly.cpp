@@ -22,6 +22,7 @@ void collect(mpeg_ts_table_assembly *assembly, const uint8_t *p, const uint8_t *
 
     std::memcpy(assembly->write, p, taken);
     assembly->write += taken;
+    if (assembly->write > assembly->zeros) assembly->zeros = assembly->write;
 }
 
 mpeg_ts_pat_main_header decode_header(const uint8_t *p)
@@ -57,7 +58,20 @@ int mpeg_ts_table_assembly_init(mpeg_ts_table_assembly *assembly, unsigned long 
     if (assembly->buffer == nullptr) return 0;
     assembly->fence = assembly->buffer + storage;
     assembly->write = assembly->buffer;
+    assembly->zeros = assembly->buffer;
     return 1;
+}
+
+void mpeg_ts_table_assembly_move(mpeg_ts_table_assembly *from, mpeg_ts_table_assembly *to)
+{
+    const mpeg_ts_table_assembly moved = *from;
+
+    *from = mpeg_ts_table_assembly{};
+    mpeg_ts_table_assembly_init(to, 0);
+    if (moved.buffer == nullptr) return;
+    std::memset(moved.buffer, 0, static_cast<size_t>(moved.zeros - moved.buffer));
+    to->buffer = to->write = to->zeros = moved.buffer;
+    to->fence = moved.fence;
 }
 
 void mpeg_ts_table_assembly_begin(mpeg_ts_table_assembly *assembly, const mpeg_ts_pat_main_header *,

@@ -25,6 +25,7 @@ struct mpeg_ts_table_assembly {
     uint8_t *buffer = nullptr; ///< start of the storage, or null
     uint8_t *fence = nullptr;  ///< one past the storage; a section ends at least 128 bytes before it
     uint8_t *write = nullptr;  ///< one past the last byte collected; equal to buffer when nothing is held
+    uint8_t *zeros = nullptr;  ///< from here to the fence nothing was ever written
     mpeg_ts_pat_main_header header;
     bool closed = false; ///< no more bytes are taken for the section in hand
 };
@@ -35,6 +36,10 @@ constexpr unsigned long mpeg_ts_table_assembly_reserve = 128;
 /// With size 0 releases the storage. Otherwise gives the assembly zero-filled storage for size bytes of
 /// sections and the reserve; returns 0, and leaves it without storage, when memory is short.
 int mpeg_ts_table_assembly_init(mpeg_ts_table_assembly *assembly, unsigned long size);
+
+/// Moves the storage of one assembly to another, zero-filled and empty as after the init that made it; what
+/// the other held is released. It costs no more than zeroing what was written.
+void mpeg_ts_table_assembly_move(mpeg_ts_table_assembly *from, mpeg_ts_table_assembly *to);
 
 /// Drops what is held and starts a section from a packet whose payload_unit_start_indicator is set, at the
 /// target of its pointer_field. Collects nothing when the packet has no payload or the target lies past it.

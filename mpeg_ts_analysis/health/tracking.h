@@ -21,6 +21,10 @@ mpeg_ts_pid_tracking *mpeg_ts_pid_tracking_get(uint16_t pid);
 /// the PID is above 0x1FFF or tracked as another type.
 mpeg_ts_pid_tracking *mpeg_ts_pid_tracking_start(uint16_t pid, uint16_t type, uint16_t program_number);
 
+/// Gives a record zero-filled storage for sections: program_section_storage or private_section_storage bytes.
+/// When memory is short it has none.
+void mpeg_ts_pid_tracking_give_storage(mpeg_ts_pid_tracking *t, unsigned long size);
+
 /// Releases the record of a PID; above 0x1FFF it does nothing.
 void mpeg_ts_pid_tracking_stop(uint16_t pid);
 

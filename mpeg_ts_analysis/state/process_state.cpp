@@ -7,7 +7,9 @@
 analysis_settings settings;
 error_counters errors;
 mpeg_ts_pid_tracking pid_tracking[mpeg_ts_pid_count];
-uint64_t tracked_pmts[mpeg_ts_pid_count / 64];
+pid_set tracked_pmts;
+spare_storage spare_program_storage;
+spare_storage spare_private_storage;
 uint8_t last_continuity_counter[mpeg_ts_pid_count];
 program_clock *program_table[program_count];
 uint16_t current_nit_pid = default_nit_pid;
@@ -21,7 +23,9 @@ void process_state_reset()
         mpeg_ts_table_assembly_init(&t.tbl_asm, 0);
         t = mpeg_ts_pid_tracking{};
     }
-    std::fill(std::begin(tracked_pmts), std::end(tracked_pmts), uint64_t{0});
+    spare_storage_free(&spare_program_storage);
+    spare_storage_free(&spare_private_storage);
+    tracked_pmts = pid_set{};
     std::fill(std::begin(last_continuity_counter), std::end(last_continuity_counter), no_continuity_counter);
     for (program_clock *&clock : program_table) {
         std::free(clock);

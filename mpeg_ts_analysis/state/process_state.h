@@ -3,9 +3,11 @@
 
 #include "mpeg12_ts/packet.h"
 #include "mpeg_ts_analysis/state/error_counters.h"
+#include "mpeg_ts_analysis/state/pid_set.h"
 #include "mpeg_ts_analysis/state/pid_tracking.h"
 #include "mpeg_ts_analysis/state/program_clock.h"
 #include "mpeg_ts_analysis/state/settings.h"
+#include "mpeg_ts_analysis/state/spare_storage.h"
 
 #include <cstdint>
 
@@ -25,9 +27,12 @@ extern error_counters errors;
 /// handlers.
 extern mpeg_ts_pid_tracking pid_tracking[mpeg_ts_pid_count];
 
-/// The PIDs whose type is TRACK_PMT, a bit each, 64 a word: a PAT finds them without looking at every record.
-/// Written by health.
-extern uint64_t tracked_pmts[mpeg_ts_pid_count / 64];
+/// The PIDs whose type is TRACK_PMT: a PAT finds them without looking at every record. Written by health.
+extern pid_set tracked_pmts;
+
+/// Owned storage for sections, by its size: of PAT and PMT PIDs, of any other. Written by health.
+extern spare_storage spare_program_storage;
+extern spare_storage spare_private_storage;
 
 /// By PID: the counter of the last packet, no_continuity_counter before the first. Written by the continuity
 /// check.

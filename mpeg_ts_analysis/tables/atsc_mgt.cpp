@@ -122,7 +122,7 @@ void desc_atsc_A65_2009_6_2_master_guide_table_section(mpeg_ts_pid_tracking *psi
         if (entry.table_type_PID != 0 && type != TRACK_NONE) {
             mpeg_ts_pid_tracking *const t = mpeg_ts_pid_tracking_start(entry.table_type_PID, type, 0);
             invariant(t != NULL);
-            mpeg_ts_table_assembly_init(&t->tbl_asm, private_section_storage);
+            mpeg_ts_pid_tracking_give_storage(t, private_section_storage);
         }
         if (!in.has(entry.table_type_descriptors_length)) break;
         report_descriptors_and_empty_line(psip, in, entry.table_type_descriptors_length);

@@ -40,7 +40,7 @@ void track_pmt(uint16_t program_number, uint16_t pmt_pid)
         report_line("!!! Unable to begin tracking the PMT");
         return;
     }
-    mpeg_ts_table_assembly_init(&t->tbl_asm, program_section_storage);
+    mpeg_ts_pid_tracking_give_storage(t, program_section_storage);
 }
 
 void track_nit(uint16_t nit_pid)
@@ -56,7 +56,7 @@ void track_nit(uint16_t nit_pid)
         report_line("!!! Unable to begin tracking the NIT");
         return;
     }
-    mpeg_ts_table_assembly_init(&t->tbl_asm, private_section_storage);
+    mpeg_ts_pid_tracking_give_storage(t, private_section_storage);
 }
 
 } // namespace

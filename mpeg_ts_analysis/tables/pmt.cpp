@@ -68,7 +68,7 @@ void track_stream(const mpeg_ts_pat_map_stream &stream, uint16_t program_number)
         return;
     }
     report_printf("    Now tracking PID 0x%04x type=0x%04x\n", stream.elementary_PID, kind);
-    if (kind == TRACK_SCTE35) mpeg_ts_table_assembly_init(&t->tbl_asm, private_section_storage);
+    if (kind == TRACK_SCTE35) mpeg_ts_pid_tracking_give_storage(t, private_section_storage);
 }
 
 void on_stream(mpeg_ts_pid_tracking *t, const mpeg_ts_pat_main_header *h,
