@@ -3,8 +3,11 @@
 // length can still be measured by how far it got.
 #pragma once
 
+#include "mpeg12_ts/bytes.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 class bit_reader {
 public:
@@ -15,17 +18,17 @@ public:
     }
 
     /// The next width bits (1 to 32), most significant first.
-    unsigned bits(unsigned width) { return static_cast<unsigned>(bits64(width)); }
+    [[gnu::always_inline]] unsigned bits(unsigned width) { return static_cast<unsigned>(bits64(width)); }
 
     /// The next width bits (1 to 56), most significant first.
-    unsigned long long bits64(unsigned width)
+    [[gnu::always_inline]] unsigned long long bits64(unsigned width)
     {
-        const size_t end = position_in_bits + width;
-        const size_t fence_byte = (end + 7) / 8;
-        unsigned long long value = 0;
-        for (size_t i = position_in_bits / 8; i < fence_byte; ++i) value = (value << 8) | byte_at(i);
-        position_in_bits = end;
-        return (value >> (8 * fence_byte - end)) & ((1ull << width) - 1);
+        const size_t first_byte = position_in_bits / 8;
+        const size_t first_bit = position_in_bits % 8;
+        position_in_bits += width;
+        const uint64_t value =
+            first_byte + 8 <= size ? big_endian_64(start + first_byte) : last_bytes(start, size, first_byte);
+        return (value << first_bit) >> (64 - width);
     }
 
     /// The next capacity - 1 bytes (a fixed code, such as a language) as zero-terminated text.
@@ -38,7 +41,12 @@ public:
     /// The next length bytes as zero-terminated text; the buffer holds at least length + 1 bytes.
     void text(char *buffer, size_t length)
     {
-        for (size_t i = 0; i < length; ++i) buffer[i] = static_cast<char>(bits(8));
+        if (position_in_bits % 8 == 0 && has(length)) {
+            std::memcpy(buffer, position(), length);
+            skip(length);
+        } else {
+            for (size_t i = 0; i < length; ++i) buffer[i] = static_cast<char>(bits(8));
+        }
         buffer[length] = '\0';
     }
 
@@ -57,7 +65,14 @@ public:
     const uint8_t *position() const { return start + (bytes_read() < size ? bytes_read() : size); }
 
 private:
-    uint8_t byte_at(size_t i) const { return i < size ? start[i] : uint8_t{0}; }
+    /// The eight bytes from first_byte on as a number, zeros behind the last of the range.
+    [[gnu::noinline]] static uint64_t last_bytes(const uint8_t *start, size_t size, size_t first_byte)
+    {
+        if (first_byte >= size) return 0;
+        uint64_t value = 0;
+        for (size_t i = first_byte; i < size; ++i) value = (value << 8) | start[i];
+        return value << 8 * (8 - (size - first_byte));
+    }
 
     const uint8_t *start;
     size_t size;

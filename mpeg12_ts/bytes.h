@@ -15,3 +15,9 @@ inline uint32_t big_endian_32(const uint8_t *p)
 {
     return (static_cast<uint32_t>(big_endian_16(p)) << 16) | big_endian_16(p + 2);
 }
+
+/// The 64-bit number in the eight bytes at p, most significant first.
+inline uint64_t big_endian_64(const uint8_t *p)
+{
+    return (static_cast<uint64_t>(big_endian_32(p)) << 32) | big_endian_32(p + 4);
+}
