@@ -1,15 +1,24 @@
 #include "mpeg_ts_analysis/tables/dvb_time.h"
 
-#include <cmath>
+namespace {
+
+/// The quotient, rounded down.
+long long floor_of(long long dividend, long long divisor)
+{
+    return dividend >= 0 ? dividend / divisor : -((divisor - 1 - dividend) / divisor);
+}
+
+} // namespace
 
 // kept: a day ahead of the calendar before 1900-03-01.
 dvb_date dvb_date_of_mjd(unsigned mjd)
 {
-    const double days = mjd;
-    const double year_index = std::floor((days - 15078.2) / 365.25);
-    const double year_days = std::floor(year_index * 365.25);
-    const double month_index = std::floor((days - 14956.1 - year_days) / 30.6001);
-    const double month_days = std::floor(month_index * 30.6001);
+    // The annex's fractions as whole numbers: (MJD - 15078.2) / 365.25, (MJD - 14956.1 - days) / 30.6001.
+    const long long days = mjd;
+    const long long year_index = floor_of(100 * days - 1507820, 36525);
+    const long long year_days = floor_of(year_index * 36525, 100);
+    const long long month_index = floor_of(10000 * (days - year_days) - 149561000, 306001);
+    const long long month_days = floor_of(month_index * 306001, 10000);
     const int k = month_index == 14 || month_index == 15 ? 1 : 0;
 
     dvb_date date;
