@@ -137,7 +137,9 @@ void desc_atsc_A52_2012_A4_3_AC3_audio_stream_descriptor(const uint8_t *body, un
 namespace {
 
 /// An optional byte of the DVB descriptor. Returns false when its flag is set and the byte is missing.
-bool AC3_optional_byte(bit_reader &in, unsigned flag, const report_format<unsigned> &format)
+/// Inlined, so that the format is known where it is put down.
+[[gnu::always_inline]] inline bool AC3_optional_byte(bit_reader &in, unsigned flag,
+                                                     const report_format<unsigned> &format)
 {
     if (!flag) return true;
     if (!in.has(1)) {

@@ -3,27 +3,24 @@
 // error and exit status 1, or quietly by SIGPIPE when the reader of a pipe has gone.
 #pragma once
 
-#include "mpeg_ts_analysis/report/report_format.h"
+#include "mpeg_ts_analysis/report/report_line.h"
 
 #include <string>
 
-/// Writes a format that report_format has taken apart; use report_printf.
-void report_pieces(const char *text, const report_piece *pieces, size_t piece_count,
-                   const report_argument *arguments);
-
-/// Prints as printf does; the compiler checks the format against the arguments.
+/// Prints as printf does; the compiler checks the format against the arguments and writes the code of the
+/// line.
 template <typename... A>
-void report_printf(const report_format<std::type_identity_t<A>...> &format, A... values)
+[[gnu::always_inline]] inline void report_printf(const report_format<std::type_identity_t<A>...> &format,
+                                                 A... values)
 {
-    const report_argument arguments[] = {report_argument_of(values)..., report_argument{}};
-    report_pieces(format.text, format.pieces, sizeof...(A) + 1, arguments);
+    report_put_pieces<A...>(format, std::index_sequence_for<A...>(), values...);
 }
 
-/// Prints a constant line and its line end.
-void report_line(const char *line);
-
-/// Writes out what the buffer holds.
-void report_flush();
+/// Prints a line and its line end.
+[[gnu::always_inline]] inline void report_line(const char *line)
+{
+    report_printf("%s\n", line);
+}
 
 /// Writes out what the buffer holds and closes standard output; an error that only the closing tells of
 /// counts as one of writing.

@@ -1,9 +1,11 @@
-// printf formats that are taken apart and checked against their arguments when the program is compiled. At
-// run time what is left is a list of pieces: some constant text, then one conversion.
+// printf formats that are taken apart and checked against their arguments when the program is compiled, into
+// pieces: some constant text, then one conversion.
 //
 // Conversions: %u %d %x %X (32 bits), %llu %lld %llx %llX (64 bits) and %p, with a width up to 255, "0" and
 // "-" as the C library has them; %s, %c and %.Nf with N up to 9, without a width.
 #pragma once
+
+#include "mpeg_ts_analysis/report/report_buffer.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,8 +23,9 @@ enum class report_conversion : uint8_t {
     fixed_point
 };
 
-/// Longest format, bytes with its zero: its constant text and a number fit in what the buffer gives at once.
-constexpr size_t report_format_limit = 512;
+/// Most characters of a number without a width: of "%f", of anything else (20 digits and a sign).
+constexpr size_t report_fixed_point_limit = 330;
+constexpr size_t report_integer_limit = 21;
 
 struct report_piece {
     uint16_t literal_start = 0;  ///< offset of the constant text in the format
@@ -33,12 +36,6 @@ struct report_piece {
     bool zero_padded = false;
     bool left_aligned = false;
     bool is_long = false; ///< 64 bits
-};
-
-union report_argument {
-    unsigned long long number;
-    double real;
-    const void *pointer;
 };
 
 /// What a format may do with an argument of type T.
@@ -85,13 +82,30 @@ public:
         if (!accepted) report_format_error("a conversion does not suit its argument, or is missing");
         take_literal();
         if (text[at] != '\0') report_format_error("a conversion has no argument");
-        static_assert(size <= report_format_limit);
+        if (longest_line() > report_room_limit)
+            report_format_error("the line may not fit in the buffer's room");
     }
 
     const char *text;
     report_piece pieces[sizeof...(arguments) + 1];
 
 private:
+    /// Most bytes of a line whose texts are empty: a text makes room for what follows it.
+    constexpr size_t longest_line() const
+    {
+        size_t length = 0;
+        for (const report_piece &taken : pieces) {
+            length += taken.literal_length;
+            if (taken.conversion == report_conversion::fixed_point)
+                length += report_fixed_point_limit;
+            else if (taken.conversion == report_conversion::character)
+                length += 1;
+            else if (report_takes_width(taken.conversion))
+                length += taken.width > report_integer_limit ? taken.width : report_integer_limit;
+        }
+        return length;
+    }
+
     constexpr void take_literal()
     {
         piece().literal_start = static_cast<uint16_t>(at);
@@ -163,20 +177,3 @@ private:
     size_t at = 0;
     size_t index = 0;
 };
-
-/// An argument as the writer takes it: numbers of 32 bits or less as the C library's conversions would read
-/// them.
-template <typename T>
-report_argument report_argument_of(T value)
-{
-    report_argument argument;
-    if constexpr (std::is_pointer_v<T>)
-        argument.pointer = value;
-    else if constexpr (std::is_floating_point_v<T>)
-        argument.real = value;
-    else if constexpr (sizeof(T) == 8)
-        argument.number = static_cast<unsigned long long>(value);
-    else
-        argument.number = static_cast<unsigned>(value);
-    return argument;
-}
