@@ -14,7 +14,7 @@ inline bool descriptors_are_shown()
 
 /// Prints as report_printf does, unless the dump mode is none.
 template <typename... A>
-[[gnu::always_inline]] inline void show(const report_format<std::type_identity_t<A>...> &format, A... values)
+[[gnu::always_inline]] inline void show(const report_format<std::type_identity_t<A>...> format, A... values)
 {
     if (descriptors_are_shown()) report_printf<A...>(format, values...);
 }
@@ -22,8 +22,8 @@ template <typename... A>
 /// Prints a code and then its name from a table of names.h (absent when it has none), unless the dump mode is
 /// none.
 template <typename table>
-[[gnu::always_inline]] inline void show_named(const report_format<unsigned, const char *> &format,
+[[gnu::always_inline]] inline void show_named(const report_format<unsigned, const char *> format,
                                               unsigned value, const table &names, const char *absent = "")
 {
-    show(format, value, name_of(names, value, absent));
+    if (descriptors_are_shown()) report_printf(format, value, name_of(names, value, absent));
 }

@@ -27,7 +27,8 @@ constexpr const char *name_of(const char *const (&table)[size], unsigned value, 
 template <size_t size>
 constexpr const char *name_of(const named_value (&table)[size], unsigned value, const char *absent = "")
 {
-    for (const named_value &entry : table)
-        if (entry.value == value) return entry.name;
-    return absent;
+    size_t place = 0;
+    for (size_t count = size; count > 1; count -= count / 2)
+        if (table[place + count / 2].value <= value) place += count / 2;
+    return table[place].value == value ? table[place].name : absent;
 }
