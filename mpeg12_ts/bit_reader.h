@@ -41,7 +41,7 @@ public:
     /// The next length bytes as zero-terminated text; the buffer holds at least length + 1 bytes.
     void text(char *buffer, size_t length)
     {
-        if (position_in_bits % 8 == 0 && has(length)) {
+        if (length > 0 && position_in_bits % 8 == 0 && has(length)) {
             std::memcpy(buffer, position(), length);
             skip(length);
         } else {

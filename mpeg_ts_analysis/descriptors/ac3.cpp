@@ -139,7 +139,7 @@ namespace {
 /// An optional byte of the DVB descriptor. Returns false when its flag is set and the byte is missing.
 /// Inlined, so that the format is known where it is put down.
 [[gnu::always_inline]] inline bool AC3_optional_byte(bit_reader &in, unsigned flag,
-                                                     const report_format<unsigned> &format)
+                                                     const report_format<unsigned> format)
 {
     if (!flag) return true;
     if (!in.has(1)) {

@@ -18,8 +18,7 @@ char *put_in_field(char *w, number_field field, const char *prefix, unsigned lon
     const size_t padding = field.width > length ? field.width - length : 0;
 
     if (!field.left_aligned && !field.zero_padded) w = put_blanks(w, padding);
-    std::memcpy(w, prefix, prefix_length);
-    w += prefix_length;
+    while (*prefix != '\0') *w++ = *prefix++;
     if (field.zero_padded && !field.left_aligned) count += static_cast<unsigned>(padding);
     w = hex_digit_names != nullptr ? put_hex_digits(w, number, count, hex_digit_names)
                                    : put_decimal_digits(w, number, count);

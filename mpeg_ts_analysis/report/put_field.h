@@ -48,13 +48,15 @@ template <typename number_type>
     return put_decimal_field(w, number, false, field);
 }
 
-/// Exactly 2 * count digits.
+/// Exactly width digits, an even number of them.
 template <typename number_type>
-[[gnu::always_inline]] inline char *put_hex_bytes(char *w, number_type number, unsigned count)
+[[gnu::always_inline]] inline char *put_hex_pairs(char *w, number_type number, size_t width)
 {
-    for (unsigned i = count; i > 0; number >>= 8)
-        std::memcpy(w + 2 * --i, two_hex_digits[number & 0xFF].data(), 2);
-    return w + 2 * count;
+    for (char *p = w + width; p > w; number >>= 8) {
+        p -= 2;
+        std::memcpy(p, two_hex_digits[number & 0xFF].data(), 2);
+    }
+    return w + width;
 }
 
 template <typename number_type>
@@ -65,6 +67,6 @@ template <typename number_type>
     const unsigned field_bits = 4u * field.width;
 
     if (has_even_zeros && field.width > 0 && (field_bits >= bits || number >> (field_bits % bits) == 0))
-        return put_hex_bytes(w, number, field.width / 2u);
+        return put_hex_pairs(w, number, field.width);
     return put_hex_field(w, number, field, lower_hex_digits);
 }

@@ -44,16 +44,20 @@ void write_out(const char *p, const char *fence)
     }
 }
 
+char *put_at(char *w, const char *bytes, size_t length)
+{
+    std::memcpy(w, bytes, length);
+    return w + length;
+}
+
 void put_bytes(const char *bytes, size_t length)
 {
     while (length > report_room_limit) {
-        std::memcpy(report_room(), bytes, report_room_limit);
-        report_put(report_write + report_room_limit);
+        report_put(put_at(report_room(), bytes, report_room_limit));
         bytes += report_room_limit;
         length -= report_room_limit;
     }
-    std::memcpy(report_room(), bytes, length);
-    report_put(report_write + length);
+    report_put(put_at(report_room(), bytes, length));
 }
 
 } // namespace
@@ -63,10 +67,7 @@ char *report_put_text(char *w, const char *text)
     const char *const last_place = report_bytes + (report_buffer_size - report_room_limit);
     const size_t length = std::strlen(text);
 
-    if (w <= last_place && length <= static_cast<size_t>(last_place - w)) {
-        std::memcpy(w, text, length);
-        return w + length;
-    }
+    if (w <= last_place && length <= static_cast<size_t>(last_place - w)) return put_at(w, text, length);
     report_put(w);
     put_bytes(text, length);
     return report_room();

@@ -10,7 +10,7 @@
 /// Prints as printf does; the compiler checks the format against the arguments and writes the code of the
 /// line.
 template <typename... A>
-[[gnu::always_inline]] inline void report_printf(const report_format<std::type_identity_t<A>...> &format,
+[[gnu::always_inline]] inline void report_printf(const report_format<std::type_identity_t<A>...> format,
                                                  A... values)
 {
     report_put_pieces<A...>(format, std::index_sequence_for<A...>(), values...);

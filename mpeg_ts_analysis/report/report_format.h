@@ -65,8 +65,8 @@ constexpr bool report_accepts(report_conversion conversion, bool is_long)
 /// Whether a conversion is put in a field of a least width.
 constexpr bool report_takes_width(report_conversion conversion)
 {
-    return conversion != report_conversion::text && conversion != report_conversion::character &&
-           conversion != report_conversion::fixed_point;
+    return conversion != report_conversion::none && conversion != report_conversion::text &&
+           conversion != report_conversion::character && conversion != report_conversion::fixed_point;
 }
 
 /// Not constexpr on purpose: a format that reaches it does not compile, and the compiler shows the reason.

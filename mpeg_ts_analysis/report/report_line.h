@@ -68,7 +68,7 @@ template <typename argument>
 }
 
 template <typename... A, size_t... place>
-[[gnu::always_inline]] inline void report_put_pieces(const report_format<A...> &format,
+[[gnu::always_inline]] inline void report_put_pieces(const report_format<A...> format,
                                                      std::index_sequence<place...>, A... values)
 {
     char *w = report_room();
