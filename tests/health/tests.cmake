@@ -3,5 +3,6 @@ add_tests_of(health
     continuity_test.cpp
     pcr_analysis_run_test.cpp
     pcr_analysis_test.cpp
+    tracking_storage_test.cpp
     tracking_test.cpp
     truncate_test.cpp)

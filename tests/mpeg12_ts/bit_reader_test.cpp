@@ -183,3 +183,19 @@ TEST(bit_reader, a_counted_name_is_terminated_behind_its_length)
     EXPECT_EQ(buffer, (bytes{0, 'a', 'm', 'e', 0}));
     EXPECT_EQ(in.bytes_read(), 4u);
 }
+
+TEST(bit_reader, a_text_from_any_bit_on_is_its_characters_and_zeros_past_the_fence)
+{
+    const bytes block(hex("48 65 6C 6C 6F 20 77 6F 72 6C 64 21"));
+    for (unsigned start = 0; start < 24; ++start)
+        for (size_t length = 0; length <= 14; ++length) {
+            bit_reader by_text(block.data(), block.data() + block.size());
+            if (start > 0) by_text.bits(start);
+            bit_reader by_bits = by_text;
+            bytes text = repeated(0xEE, length + 1);
+            by_text.text(reinterpret_cast<char *>(text.data()), length);
+            for (size_t i = 0; i < length; ++i) ASSERT_EQ(text[i], by_bits.bits(8)) << start << " " << length;
+            ASSERT_EQ(text[length], 0);
+            ASSERT_EQ(by_text.bytes_read(), by_bits.bytes_read());
+        }
+}

@@ -1,6 +1,8 @@
 #include "tests/support/report_test.h"
 
+#include <cfloat>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -53,7 +55,7 @@ TEST_F(report_writer, bytes_are_printed_unchanged_up_to_the_first_zero)
 
 TEST_F(report_writer, texts_of_every_length_around_the_limits_are_put_whole)
 {
-    for (const size_t around : {size_t{1024}, size_t{2048}, buffer_size - 1024, buffer_size, 3 * buffer_size})
+    for (const size_t around : {size_t{1024}, size_t{2048}, buffer_size - 2048, buffer_size, 3 * buffer_size})
         for (size_t length = around - 2; length <= around + 2; ++length) {
             const std::string text(length, 'x');
             report_printf("<%s>", text.c_str());
@@ -65,11 +67,26 @@ TEST_F(report_writer, texts_of_every_length_around_the_limits_are_put_whole)
 
 TEST_F(report_writer, nothing_is_lost_or_changed_where_the_buffer_is_full)
 {
-    for (size_t start = buffer_size - 1100; start < buffer_size - 900; ++start) {
+    for (size_t start = buffer_size - 2150; start < buffer_size - 1950; ++start) {
         const std::string before(start, '.');
         report_printf("%s", before.c_str());
         report_printf("PID 0x%04x %f %c\n", 0x1FFFu, -1.0, 'c');
         ASSERT_EQ(report(), before + "PID 0x1fff -1.000000 c\n");
+    }
+}
+
+TEST_F(report_writer, texts_and_the_longest_numbers_behind_them_fit_wherever_the_buffer_is_full)
+{
+    char longest[400];
+    std::snprintf(longest, sizeof(longest), "%.9f", -DBL_MAX);
+    const std::string numbers = std::string(longest) + longest + longest;
+    const std::string text(255, 't');
+    for (size_t start = buffer_size - 4000; start < buffer_size; start += 7) {
+        const std::string before(start, '.');
+        report_printf("%s", before.c_str());
+        report_printf("%.9f%.9f%.9f%s%.9f%.9f%.9f%s\n", -DBL_MAX, -DBL_MAX, -DBL_MAX, text.c_str(), -DBL_MAX,
+                      -DBL_MAX, -DBL_MAX, text.c_str());
+        ASSERT_EQ(report(), before + numbers + text + numbers + text + "\n") << start;
     }
 }
 

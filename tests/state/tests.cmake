@@ -1,0 +1,2 @@
+add_tests_of(state
+    pid_set_test.cpp)
