@@ -1,6 +1,8 @@
 // Writes the streams of the comparison that no encoder makes: make_bench_streams <folder> <megabytes>.
 //   dense.ts   sections that are collected, checked and dropped: EIT schedule of another transport stream
 //   tables.ts  sections that are printed: PAT, PMT, SDT and EIT with descriptors, over and over
+//   guide.ts   a satellite multiplex rich in EIT: of its own programs, which is printed, and of other
+//              transport streams, which is not; a PAT every ten packets
 #include "tests/support/stream_builder.h"
 
 #include <cstdio>
@@ -78,6 +80,85 @@ stream_builder tables()
     return stream;
 }
 
+constexpr unsigned programs = 8;
+constexpr unsigned first_pmt_pid = 0x0100;
+
+/// The descriptors of an event: its name, what happens in it, its kind, three components.
+bytes event_descriptors(const std::string &name, const std::string &story)
+{
+    constexpr size_t longest_part = 245;
+    bytes loop = descriptor(0x4D, join({text_bytes("eng"), counted(name.c_str()), counted("")}));
+    const auto last_part = static_cast<unsigned>(story.size() / longest_part);
+
+    for (unsigned part = 0; part <= last_part; ++part)
+        loop = join(
+            {loop,
+             descriptor(0x4E, join({big_endian(part << 4 | last_part, 1), text_bytes("eng"), hex("00"),
+                                    counted(story.substr(part * longest_part, longest_part).c_str())}))});
+    loop = join({loop, descriptor(0x55, hex("47425204")), descriptor(0x54, hex("1400"))});
+    for (const char *const component : {"F50B01", "F4C202", "F31405"})
+        loop = join({loop, descriptor(0x50, join({hex(component), text_bytes("eng")}))});
+    return loop;
+}
+
+/// An EIT section of count events.
+bytes event_section(unsigned table_id, unsigned service_id, unsigned transport_stream_id, unsigned count)
+{
+    std::string story;
+    for (unsigned i = 0; i < 6; ++i)
+        story +=
+            "What happens in event " + std::to_string(i * service_id) + " is told in a sentence or two. ";
+
+    bytes events = join({big_endian(transport_stream_id, 2), hex("0001 00"), big_endian(table_id, 1)});
+    for (unsigned i = 0; i < count; ++i) {
+        const bytes loop = event_descriptors("Event " + std::to_string(100 * service_id + i), story);
+        events = join({events, big_endian(100 * service_id + i, 2), hex("E48A091811 005352"),
+                       big_endian(loop.size(), 2), loop});
+    }
+    return long_section(table_id, service_id, events);
+}
+
+/// What announces the programs, but for the PAT.
+void announce(stream_builder &stream)
+{
+    bytes services = hex("0001FF");
+    for (unsigned program = 1; program <= programs; ++program) {
+        const unsigned pid = first_pmt_pid * program;
+        stream.section(pid, pmt_section(program, pid + 1,
+                                        {
+        },
+                                        {{0x1B, pid + 1, descriptor(0x52, hex("01"))},
+                                         {0x04, pid + 2, descriptor(0x0A, hex("656E6700"))},
+                                         {0x06, pid + 3, descriptor(0x6A, hex("8042"))}}));
+        const std::string name = "Service " + std::to_string(program);
+        const bytes service = descriptor(0x48, join({hex("19"), counted("Provider"), counted(name.c_str())}));
+        services = join(
+            {services, big_endian(program, 2), hex("FF"), big_endian(0x8000u | service.size(), 2), service});
+    }
+    stream.section(0x0011, long_section(0x42, 1, services));
+}
+
+stream_builder guide()
+{
+    stream_builder stream;
+    std::vector<std::pair<unsigned, unsigned>> entries;
+    for (unsigned program = 1; program <= programs; ++program)
+        entries.emplace_back(program, first_pmt_pid * program);
+    const bytes pat = pat_section(1, entries);
+
+    for (unsigned round = 0; round < 10; ++round) {
+        announce(stream);
+        for (unsigned service = 1; service <= programs; ++service) {
+            stream.section(0x0000, pat).section(0x0012, event_section(0x4E, service, 1, 1));
+            stream.section(0x0012, event_section(0x4F, service, 2, 1));
+            stream.section(0x0012, event_section(0x60, service, 3, 4));
+            stream.section(0x0000, pat).section(0x0012, event_section(0x4F, service, 4, 2));
+        }
+        stream.section(0x0012, event_section(0x50, 1 + round % programs, 1, 4));
+    }
+    return stream;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -90,5 +171,6 @@ int main(int argc, char **argv)
     const size_t size = std::strtoul(argv[2], nullptr, 10) * megabyte;
     write_repeated(folder + "/dense.ts", dense().data(), size);
     write_repeated(folder + "/tables.ts", tables().data(), size / 10);
+    write_repeated(folder + "/guide.ts", guide().data(), size);
     return 0;
 }
