@@ -55,7 +55,8 @@ void settle_bitrate(packet_file *file)
     report_printf("* TS bitrate: %llu bits/sec\n", settings.ts_bitrate);
 }
 
-void detect_atsc(uint16_t pid)
+/// Not inlined: the path of every packet stays short.
+[[gnu::noinline]] void detect_atsc(uint16_t pid)
 {
     if (settings.assume_country != 0) return;
     if (pid == atsc_base_pid && settings.atsc_mode == -1) {
@@ -82,7 +83,7 @@ void on_packet(const mpeg_ts_packet *packet, unsigned long long offset)
 {
     const bool padding = packet->pid == mpeg_ts_padding_pid;
 
-    detect_atsc(packet->pid);
+    if (packet->pid == atsc_base_pid || packet->pid == atsc_mh_pid) detect_atsc(packet->pid);
     double t = -1.0;
     if (settings.ts_bitrate != 0)
         t = static_cast<double>(offset) * 8.0 / static_cast<double>(settings.ts_bitrate);
