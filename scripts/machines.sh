@@ -31,7 +31,7 @@ configure_for_machine() { # build folder, arguments for cmake
     shift
     if [ "$compiler" = clang++ ]; then set -- -DCMAKE_CXX_COMPILER_TARGET="$triplet" "$@"; fi
     # The overview leans on a library that is not here for every machine.
-    cmake --no-warn-unused-cli -S "$root" -B "$build_folder" -G Ninja -DCMAKE_SYSTEM_NAME=Linux \
+    cmake -S "$root" -B "$build_folder" -G Ninja -DCMAKE_SYSTEM_NAME=Linux \
         -DCMAKE_SYSTEM_PROCESSOR="$processor" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_COMPILER_LAUNCHER=ccache \
         "-DCMAKE_CROSSCOMPILING_EMULATOR=$emulator;-L;/usr/$triplet" -DWITH_OVERVIEW=OFF -DWARNINGS_AS_ERRORS=ON "$@"
 }

@@ -19,9 +19,9 @@ using namespace std::chrono_literals;
 const std::string prompt = "what now> ";
 constexpr auto patience = 30s;
 
-void write_file(const std::string &path, const std::string &content)
+void add_to_file(const std::string &path, const std::string &text)
 {
-    std::ofstream(path) << content;
+    std::ofstream(path, std::ios::app) << text;
 }
 
 std::string content_of(const std::string &path)
@@ -64,25 +64,25 @@ completion_folder::completion_folder()
     path = name;
 
     const std::string completions = COMPLETIONS_PATH;
-    write_file(path + "/bashrc", ". '" + completions + "/mpeg_ts_analysis.bash'\nPS1='" + prompt + "'\n");
-    write_file(path + "/.zshrc", "fpath=('" + completions +
-                                     "' $fpath)\nautoload -U compinit\ncompinit -u -D\nPS1='" + prompt +
-                                     "'\n");
-    write_file(path + "/fishrc", "source '" + completions +
-                                     "/mpeg_ts_analysis.fish'\nfunction fish_prompt\necho -n '" + prompt +
-                                     "'\nend\nset fish_greeting\n");
-
-    // Moved when it is complete.
-    const std::string program = path + "/bin/mpeg_ts_analysis";
     std::filesystem::create_directory(path + "/bin");
-    write_file(program, "#!/bin/sh\nprintf '|%s' \"$@\" >'" + path + "/call'\nmv '" + path + "/call' '" +
-                            path + "/called'\n");
-    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    for (const std::string program : {"mpeg_ts_analysis", "mpeg_ts_overview"}) {
+        add_to_file(path + "/bashrc", "source '" + completions + "/" + program + ".bash'\n");
+        add_to_file(path + "/fishrc", "source '" + completions + "/" + program + ".fish'\n");
+        // What it has been called with is moved to its place when it is complete.
+        add_to_file(path + "/bin/" + program, "#!/bin/sh\nprintf '|%s' \"$@\" >'" + path + "/call'\nmv '" +
+                                                  path + "/call' '" + path + "/called'\n");
+        std::filesystem::permissions(path + "/bin/" + program, std::filesystem::perms::owner_all);
+    }
+    add_to_file(path + "/bashrc", "PS1='" + prompt + "'\n");
+    add_to_file(path + "/fishrc", "function fish_prompt\necho -n '" + prompt + "'\nend\nset fish_greeting\n");
+    add_to_file(path + "/.zshrc", "fpath=('" + completions +
+                                      "' $fpath)\nautoload -U compinit\ncompinit -u -D\nPS1='" + prompt +
+                                      "'\n");
 
     std::filesystem::create_directories(path + "/recorded/recordings");
     for (const char *const file : {"a stream.ts", "clip.M2TS", "night.mts", "notes.txt", "record.trp",
                                    "recordings/index.txt", "recordings/inner.ts"})
-        write_file(path + "/recorded/" + file, "");
+        add_to_file(path + "/recorded/" + file, "");
 }
 
 completion_folder::~completion_folder()
@@ -130,7 +130,7 @@ std::string interactive_shell::arguments_of(const std::string &line)
     shown.clear();
     std::filesystem::remove(calls_path);
 
-    const std::string typed = "mpeg_ts_analysis " + line + "\r";
+    const std::string typed = line + "\r";
     if (write(terminal, typed.data(), typed.size()) != static_cast<ssize_t>(typed.size()))
         return "nobody reads";
     if (!wait_until([&] { return std::filesystem::exists(calls_path); })) return "not called, but: " + shown;

@@ -19,7 +19,7 @@ public:
 
 class interactive_shell {
 public:
-    /// Starts "bash", "zsh" or "fish" in the folder, with the completion of that shell.
+    /// Starts "bash", "zsh" or "fish" in the folder, with the completions for that shell.
     interactive_shell(const std::string &name, const completion_folder &folder);
     ~interactive_shell();
     interactive_shell(const interactive_shell &) = delete;
