@@ -1,5 +1,7 @@
 # What every target is built with: C++20, warnings, hardening, link-time optimisation, source paths kept out of binaries.
 
+include(CheckCXXSourceCompiles)
+
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "build type" FORCE)
 endif()
@@ -22,6 +24,15 @@ add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map
 
 # Times and rates are computed in plain double arithmetic, never fused, so that reports agree on every machine.
 add_compile_options(-ffp-contract=off)
+
+# So 32-bit x86 needs SSE2: the x87 keeps more digits than a double has.
+check_cxx_source_compiles("#ifndef __i386__\n#error\n#endif\nint main() {}" TARGET_IS_I386)
+if(TARGET_IS_I386)
+    add_compile_options(-msse2 -mfpmath=sse)
+endif()
+
+# 32-bit machines too read files beyond 2 GiB and know times beyond 2038.
+add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)

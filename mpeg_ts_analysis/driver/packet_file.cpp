@@ -10,6 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// Files beyond 2 GiB can be opened on 32-bit machines too.
+static_assert(sizeof(off_t) >= 8);
+
 namespace {
 
 unsigned char *block_of(packet_file *file)

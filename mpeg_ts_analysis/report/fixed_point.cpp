@@ -2,56 +2,76 @@
 
 #include "mpeg_ts_analysis/report/put_number.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cstdint>
 
 namespace {
 
-__extension__ using uint128 = unsigned __int128;
-
-constexpr unsigned long long powers_of_ten[] = {1,      10,      100,      1000,      10000,
-                                                100000, 1000000, 10000000, 100000000, 1000000000};
+constexpr uint64_t powers_of_ten[] = {1,      10,      100,      1000,      10000,
+                                      100000, 1000000, 10000000, 100000000, 1000000000};
 constexpr unsigned mantissa_bits = 52;
+constexpr uint64_t mantissa_top = uint64_t{1} << mantissa_bits;
 constexpr unsigned exponent_bias = 1023;
 constexpr unsigned longest = 330;
 
-char *put_rare(char *w, double value, unsigned precision)
+char *put_huge(char *w, double value, unsigned precision)
 {
     return std::to_chars(w, w + longest, value, std::chars_format::fixed, static_cast<int>(precision)).ptr;
+}
+
+/// fraction * scale / 2^shift, rounded to the nearest, halves up if whole_is_odd makes that even.
+/// fraction < 2^53 and < 2^shift, scale <= 10^9, shift 0 to 95.
+uint64_t scaled_fraction(uint64_t fraction, uint64_t scale, unsigned shift, bool whole_is_odd)
+{
+    // At least 33, so that the half lies above the low 32 bits of the product.
+    if (shift < 33) {
+        fraction <<= 33 - shift;
+        shift = 33;
+    }
+    // The exact product is high * 2^32 + low: 84 bits at most.
+    const uint64_t low_product = (fraction & UINT32_MAX) * scale;
+    const uint64_t high = (fraction >> 32) * scale + (low_product >> 32);
+    const uint64_t low = low_product & UINT32_MAX;
+
+    const unsigned high_shift = shift - 32;
+    const uint64_t half = uint64_t{1} << (high_shift - 1);
+    const uint64_t rest = high & (2 * half - 1);
+    const uint64_t scaled = high >> high_shift;
+    const bool odd = (scaled & 1) != 0 || whole_is_odd;
+    return scaled + (rest > half || (rest == half && (low != 0 || odd)));
 }
 
 /// The precision is known to the compiler, so that no division is one.
 template <unsigned precision>
 char *put(char *w, double value)
 {
-    constexpr unsigned long long scale = powers_of_ten[precision];
+    constexpr uint64_t scale = powers_of_ten[precision];
     const auto bits = std::bit_cast<uint64_t>(value);
     const unsigned exponent = static_cast<unsigned>(bits >> mantissa_bits) & 0x7FF;
-    const uint64_t fraction = bits & ((uint64_t{1} << mantissa_bits) - 1);
+    if (exponent > exponent_bias + mantissa_bits) return put_huge(w, value, precision);
 
-    // The value is mantissa / 2^shift. For shifts of 0 to 118 its product with the scale is exact in 128
-    // bits. Anything else is rare: huge, tiny, not a number.
-    const unsigned shift = exponent_bias + mantissa_bits - exponent;
-    if (exponent == 0 ? fraction != 0 : exponent > exponent_bias + mantissa_bits || shift > 118)
-        return put_rare(w, value, precision);
+    // The value is mantissa / 2^shift. Shifts of 84 and more leave less than half of the last digit, and are
+    // all the same.
+    const unsigned shift = std::min(exponent_bias + mantissa_bits - exponent, 95u);
+    const uint64_t mantissa = (bits & (mantissa_top - 1)) | (exponent != 0 ? mantissa_top : 0);
+    const unsigned whole_shift = std::min(shift, 63u);
+    uint64_t whole = mantissa >> whole_shift;
+    const uint64_t fraction = mantissa - (whole << whole_shift);
 
-    unsigned long long scaled = 0;
-    if (exponent != 0) {
-        const uint128 product = static_cast<uint128>(fraction | (uint64_t{1} << mantissa_bits)) * scale;
-        const uint128 quotient = product >> shift;
-        const uint128 remainder = product - (quotient << shift);
-        const uint128 half = (static_cast<uint128>(1) << shift) >> 1;
-        if (quotient > UINT64_MAX - 1) return put_rare(w, value, precision);
-        scaled = static_cast<unsigned long long>(quotient);
-        if (remainder > half || (remainder == half && remainder != 0 && (scaled & 1) != 0)) ++scaled;
+    // Without digits behind the point it is the whole number that is to become even.
+    uint64_t digits = scaled_fraction(fraction, scale, shift, precision == 0 && (whole & 1) != 0);
+    if (digits == scale) {
+        ++whole;
+        digits = 0;
     }
 
     if (bits >> 63 != 0) *w++ = '-';
-    w = put_decimal(w, scaled / scale);
+    w = put_decimal(w, whole);
     if (precision == 0) return w;
     *w++ = '.';
-    return put_decimal_digits(w, scaled % scale, precision);
+    return put_decimal_digits(w, digits, precision);
 }
 
 using put_function = char *(*)(char *w, double value);

@@ -35,7 +35,7 @@ inline char *put_decimal_digits(char *w, unsigned long long number, unsigned cou
     char *p = end;
     for (; p - w >= 2; number /= 100) {
         p -= 2;
-        std::memcpy(p, two_decimal_digits[number % 100].data(), 2);
+        std::memcpy(p, two_decimal_digits[static_cast<size_t>(number % 100)].data(), 2);
     }
     if (p > w) *w = static_cast<char>('0' + number % 10);
     return end;

@@ -1,7 +1,14 @@
 # fish completion for mpeg_ts_analysis: switches, their values, and files named like transport streams.
 
+# Directories, and files named like transport streams; where there are none, any file will do.
+function __mpeg_ts_analysis_streams
+    set -l files (complete -C "__fish_command_without_completions "(commandline -ct))
+    string match -rie '(?:/|\.(?:ts|m2ts|mts|trp))(?:\t|$)' -- $files
+    or printf '%s\n' $files
+end
+
 complete -c mpeg_ts_analysis -f
-complete -c mpeg_ts_analysis -k -a '(__fish_complete_suffix .ts .m2ts .mts .trp)'
+complete -c mpeg_ts_analysis -n 'not string match -q -- "-*" (commandline -ct)' -a '(__mpeg_ts_analysis_streams)'
 
 complete -c mpeg_ts_analysis -s h -l help -d 'Print the usage text'
 complete -c mpeg_ts_analysis -o avchd -d 'Read 192-byte packets (Blu-ray, AVCHD)'

@@ -1,7 +1,14 @@
 # fish completion for mpeg_ts_overview: options, their values, and files named like transport streams.
 
+# Directories, and files named like transport streams; where there are none, any file will do.
+function __mpeg_ts_overview_streams
+    set -l files (complete -C "__fish_command_without_completions "(commandline -ct))
+    string match -rie '(?:/|\.(?:ts|m2ts|mts|trp))(?:\t|$)' -- $files
+    or printf '%s\n' $files
+end
+
 complete -c mpeg_ts_overview -f
-complete -c mpeg_ts_overview -k -a '(__fish_complete_suffix .ts .m2ts .mts .trp)'
+complete -c mpeg_ts_overview -n 'not string match -q -- "-*" (commandline -ct)' -a '(__mpeg_ts_overview_streams)'
 
 complete -c mpeg_ts_overview -s h -l help -d 'Print the options'
 complete -c mpeg_ts_overview -l version -d 'Print the version'

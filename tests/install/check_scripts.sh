@@ -7,9 +7,11 @@ command -v shellcheck >/dev/null || { echo "shellcheck is not here: skipped"; ex
 cd "$1"
 scripts=$(find . -path './build*' -prune -o -path ./.git -prune -o -type f \
     -exec grep -lE '^#!/(bin/|usr/bin/env )(ba)?sh' {} +)
-# The scripts are words on purpose; what they source is checked by itself.
+# The scripts are words on purpose.
 # shellcheck disable=SC2086
-shellcheck -e SC1091 $scripts
+shellcheck -x -e SC1091 $scripts
+# What they source.
+shellcheck -s sh -e SC2034,SC2154 scripts/*.sh
 shellcheck -s bash packaging/completion/*.bash
 # Expectations are sourced by what defines expect.
 shellcheck -s bash tests/install/completion_of_*.bash

@@ -1,11 +1,11 @@
 #include "mpeg_ts_analysis/report/invariant.h"
 
+#include "tests/support/death.h"
 #include "tests/support/report_test.h"
 
 #include <csetjmp>
 #include <csignal>
 #include <cstddef>
-#include <unistd.h>
 
 struct invariants : report_test {};
 
@@ -16,13 +16,6 @@ jmp_buf entry;
 void jump_to_entry()
 {
     std::longjmp(entry, 1);
-}
-
-/// The report and the message in one stream, in the order in which they are written.
-void report_to_standard_error()
-{
-    report_divert(nullptr);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 void stop_without(const int *t)
@@ -44,7 +37,8 @@ TEST_F(invariants, a_broken_one_flushes_the_report_and_stops_with_the_message_of
     EXPECT_EXIT(stop_after_a_report(), testing::KilledBySignal(SIGABRT),
                 "^\\* the last line before\n"
                 "report_tests: [./]*tests/report/invariant_test\\.cpp:[0-9]+: "
-                "void [^\n]*stop_without\\(const int ?\\*\\): Assertion `t != NULL' failed\\.\n$");
+                "void [^\n]*stop_without\\(const int ?\\*\\): Assertion `t != NULL' failed\\.\n" +
+                    end_of_errors);
 }
 
 TEST_F(invariants, the_message_has_every_part_as_it_is_given)
@@ -52,13 +46,15 @@ TEST_F(invariants, the_message_has_every_part_as_it_is_given)
     EXPECT_EXIT(invariant_failed("100 % n == 0", "folder/file.cpp", 4294967295u, "int f(char)"),
                 testing::KilledBySignal(SIGABRT),
                 "^report_tests: folder/file\\.cpp:4294967295: int f\\(char\\): "
-                "Assertion `100 % n == 0' failed\\.\n$");
+                "Assertion `100 % n == 0' failed\\.\n" +
+                    end_of_errors);
 }
 
 TEST_F(invariants, the_line_is_that_of_the_condition)
 {
     EXPECT_EXIT(invariant(1 == 2), testing::KilledBySignal(SIGABRT),
-                          ":" + std::to_string(__LINE__ - 1) + ": .*: Assertion `1 == 2' failed\\.\n$");
+                          ":" + std::to_string(__LINE__ - 1) + ": .*: Assertion `1 == 2' failed\\.\n" +
+                              end_of_errors);
 }
 
 TEST_F(invariants, one_that_holds_prints_nothing_and_evaluates_its_condition_once)
@@ -74,7 +70,7 @@ TEST_F(invariants, a_condition_may_be_a_pointer)
     const char *const text = "somewhere";
     invariant(text);
     EXPECT_EXIT(invariant(static_cast<const int *>(nullptr)), testing::KilledBySignal(SIGABRT),
-                          "Assertion `static_cast<const int \\*>\\(nullptr\\)' failed\\.\n$");
+                          "Assertion `static_cast<const int \\*>\\(nullptr\\)' failed\\.\n" + end_of_errors);
 }
 
 TEST_F(invariants, a_handler_is_called_instead_of_stopping_when_the_report_is_flushed)

@@ -155,8 +155,10 @@ TEST_F(report_formats, pointers_are_those_of_the_c_library)
 {
     const uint8_t byte = 0;
     EXPECT_AS_PRINTF("nxt=%p s=%p", static_cast<const void *>(&byte), static_cast<const void *>(&byte + 1));
-    for (const unsigned long long number : numbers())
-        if (number != 0) EXPECT_AS_PRINTF("%p", reinterpret_cast<const void *>(number));
+    for (const unsigned long long number : numbers()) {
+        const auto address = static_cast<uintptr_t>(number);
+        if (address != 0) EXPECT_AS_PRINTF("%p", reinterpret_cast<const void *>(address));
+    }
 }
 
 TEST_F(report_formats, constant_text_stands_around_and_between_conversions)

@@ -8,5 +8,9 @@
 /// statement of a death test.
 void report_to_standard_error();
 
+/// What ends the regular expression for all that a process stopped by a signal has written: emulators add a
+/// line.
+inline const std::string end_of_errors = "(qemu: uncaught target signal [^\n]*\n)?$";
+
 /// The regular expression that matches this text and nothing else.
 std::string exactly(std::string_view text);

@@ -1,3 +1,4 @@
+#include "tests/support/death.h"
 #include "tests/support/report_test.h"
 
 #include "mpeg_ts_analysis/tables/table_dispatch.h"
@@ -5,7 +6,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <unistd.h>
 
 struct pat_memory : report_test {};
 
@@ -16,8 +16,7 @@ bool memory_is_short = false;
 /// Runs a stream of two programs with memory for neither, its report on standard error.
 void run_without_memory()
 {
-    report_divert(nullptr);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
+    report_to_standard_error();
     const bytes stream = stream_builder()
                              .section(0, pat_section(1,
                                                      {
@@ -51,5 +50,6 @@ TEST_F(pat_memory, without_memory_for_a_program_the_report_is_written_and_the_pr
                 "    Version:                          0\n"
                 "    Section:                          0 / 0\n"
                 "      Program 0x0001: PMT PID is 0x0100\n"
-                "!!! Not tracking program 0x0001, cannot start\n$");
+                "!!! Not tracking program 0x0001, cannot start\n" +
+                    end_of_errors);
 }
