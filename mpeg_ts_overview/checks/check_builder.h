@@ -27,14 +27,14 @@ public:
     /// A clause that was not measured.
     void add_unmeasured(const std::string &why);
 
-    /// A clause of intervals that is there to be judged: not measured without times or where no clock ran as
+    /// A clause of intervals that is there to be judged: not measured where no clock ran as
     /// long as the limit.
     void add_intervals(const repetition_limit &limit);
 
     /// A clause of a table that has to be there: without it not measured, with the whole multiplex a fault.
     void add_table(const table_repetition &table, const std::string &name);
 
-    /// Takes what is shown and not judged into the worst.
+    /// Takes what was measured into the worst, judged or not.
     void show(std::optional<double> value);
 
     check_result finish() &&;

@@ -51,9 +51,7 @@ void look_at_late_time_stamps(check_builder &row)
     const std::vector<time_stamp_facts> &stamps = from.facts.time_stamps;
     row.set_limit_of_counts();
     row.add_faults(from.time_stamps.late());
-    if (!from.has_times())
-        row.add_unmeasured("no times");
-    else if (std::none_of(stamps.begin(), stamps.end(), has_stamps))
+    if (std::none_of(stamps.begin(), stamps.end(), has_stamps))
         row.add_unmeasured("no PTS");
     else if (std::none_of(stamps.begin(), stamps.end(), has_margin))
         row.add_unmeasured("no PCR");

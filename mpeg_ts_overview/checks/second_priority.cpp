@@ -43,6 +43,7 @@ void look_at_pcr_intervals(check_builder &row)
     const bool sure = from.sure_times_only();
     row.set_limit(in_seconds(from.other_limits.pcr_interval_ticks.value_or(pcr_interval_ticks)), "s");
     row.add_faults(from.pcr.intervals().log(sure));
+    row.show(from.pcr.intervals().log(sure).worst);
     if (has_program_clock(row) && !from.pcr.intervals().measured(sure))
         row.add_unmeasured("recording shorter than the limit");
 }
@@ -63,6 +64,7 @@ void look_at_pcr_accuracy(check_builder &row)
         return;
     }
     row.add_faults(from.pcr.residuals());
+    row.show(from.pcr.residuals().worst);
     if (!from.pcr.residuals().worst) row.add_unmeasured("too few PCRs");
 }
 
@@ -73,9 +75,8 @@ void look_at_pts_intervals(check_builder &row)
     const auto has_pts = [](const time_stamp_facts &facts) { return facts.pts.count > 0; };
     row.set_limit(in_seconds(from.other_limits.pts_interval_ticks.value_or(pts_interval_ticks)), "s");
     row.add_faults(from.time_stamps.pts_intervals().log(sure));
-    if (!from.has_times())
-        row.add_unmeasured("no times");
-    else if (std::none_of(from.facts.time_stamps.begin(), from.facts.time_stamps.end(), has_pts))
+    row.show(from.time_stamps.pts_intervals().log(sure).worst);
+    if (std::none_of(from.facts.time_stamps.begin(), from.facts.time_stamps.end(), has_pts))
         row.add_unmeasured("no PTS");
     else if (!from.time_stamps.pts_intervals().measured(sure))
         row.add_unmeasured("recording shorter than the limit");

@@ -50,11 +50,7 @@ void look_at_si_repetition(check_builder &row)
     }
     const bool shown = show_intervals(row, schedule);
     if (any || shown) return;
-    if (!from.has_times())
-        row.add_unmeasured("no times");
-    else
-        row.add_unmeasured(schedule.came() ? "recording shorter than the limit"
-                                           : "no SI table in the recording");
+    row.add_unmeasured(schedule.came() ? "recording shorter than the limit" : "no SI table in the recording");
 }
 
 void look_at_si_gaps(check_builder &row)
@@ -66,8 +62,6 @@ void look_at_si_gaps(check_builder &row)
     row.add_faults(gaps.log(from.sure_times_only()));
     if (shortest)
         row.show(in_seconds(*shortest));
-    else if (!from.has_times())
-        row.add_unmeasured("no times");
     else
         row.add_unmeasured(gaps.came() ? "recording shorter than the limit" : "no SI table in the recording");
 }
@@ -88,17 +82,17 @@ void look_at_eit(check_builder &row)
     if (eit.had_service())
         row.add_intervals(eit.repetition());
     else
-        row.add_unmeasured(row.from().has_times() ? "no EIT p/f" : "no times");
+        row.add_unmeasured("no EIT p/f");
 }
 
 void look_at_eit_halves(check_builder &row)
 {
     const check_sources &from = row.from();
     row.add_faults(from.tables.eit().incomplete(from.sure_times_only()));
-    if (!from.has_times())
-        row.add_unmeasured("no times");
-    else if (!from.tables.eit().came())
+    if (!from.tables.eit().came())
         row.add_unmeasured("no EIT p/f");
+    else if (!from.tables.eit().is_completeness_measured(from.sure_times_only()))
+        row.add_unmeasured("recording shorter than the limit");
 }
 
 void look_at_rst(check_builder &row)

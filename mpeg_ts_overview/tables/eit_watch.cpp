@@ -102,16 +102,30 @@ void eit_watch::finish(const moment &end_of_recording)
 /// Looks for tables one section of which was there long enough for the other to come.
 void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_only)
 {
+    const size_t number = sure_times_only ? 1 : 0;
     for (const auto &[key, first] : first_arrivals) {
-        const std::optional<moment> &half = first[0] ? first[0] : first[1];
-        if ((first[0] && first[1]) || !half->ticks || !end_of_recording.ticks) continue;
         const bool is_actual = key.table_id == eit_present_following_actual_table_id;
         const int64_t limit =
             is_actual ? eit_present_following_interval_ticks : eit_present_following_other_interval_ticks;
-        if (*end_of_recording.ticks - *half->ticks < limit) continue;
-        log_violation(halves[sure_times_only ? 1 : 0], *half, key.pid, [&] {
-            return fmt::format("service 0x{:04X}: section {} never came", *key.table_id_extension,
+        const moment &half = first[0] ? *first[0] : *first[1];
+        const bool is_whole = first[0] && first[1];
+        const bool begins_sure = !sure_times_only || half.packet >= stretches.first_sure()->packet;
+        const std::optional<int64_t> waited =
+            waited_until(end_of_recording, begins_sure ? half : *stretches.first_sure());
+        const bool was_long_enough = waited && *waited >= limit;
+        measured[number] = measured[number] || is_whole || was_long_enough;
+        if (is_whole || !was_long_enough) continue;
+        log_violation(halves[number], half, key.pid, [&] {
+            return fmt::format("service 0x{:04X}: section {} never came", key.table_id_extension.value_or(0),
                                first[0] ? 1 : 0);
         });
     }
+}
+
+/// The ticks from a moment, or from the last time break since, to the end.
+std::optional<int64_t> eit_watch::waited_until(const moment &end_of_recording, const moment &from) const
+{
+    if (!stretches.current() || !end_of_recording.ticks) return std::nullopt;
+    const moment &last_start = stretches.current()->first;
+    return interval_between(from.stretch == last_start.stretch ? from : last_start, end_of_recording);
 }

@@ -36,8 +36,12 @@ public:
     /// True when any present or following section came.
     bool came() const { return !first_arrivals.empty(); }
     uint64_t not_kept() const { return dropped; }
-    /// Tables of which one section came long before the end and the other never did.
+    /// Tables of which one section came long before the end, without a time break since, and the other never
+    /// did.
     const violation_log &incomplete(bool sure_times_only) const { return halves[sure_times_only ? 1 : 0]; }
+
+    /// True when a table had both, or time enough for both.
+    bool is_completeness_measured(bool sure_times_only) const { return measured[sure_times_only ? 1 : 0]; }
 
 private:
     struct service_state {
@@ -54,6 +58,7 @@ private:
     void decide(uint16_t service_id, service_state &service, const moment &at);
     void end(uint16_t service_id, service_state &service, const moment &at);
     void judge_halves(const moment &end, bool sure_times_only);
+    std::optional<int64_t> waited_until(const moment &end, const moment &from) const;
 
     const time_stretches &stretches;
     bool whole_multiplex;
@@ -64,4 +69,5 @@ private:
     std::map<table_key, arrivals> first_arrivals;
     uint64_t dropped = 0;
     std::array<violation_log, 2> halves; ///< by all times, and by sure ones
+    std::array<bool, 2> measured = {};   ///< likewise: a table was whole, or came long before the end
 };

@@ -16,7 +16,8 @@ class judged_stream : public table_stream {
 public:
     explicit judged_stream(const limits &values = {}, bool is_whole_multiplex = false)
         : table_stream(values, is_whole_multiplex), other_limits(values), whole_multiplex(is_whole_multiplex),
-          pcr(100 * ms_ticks, 500), time_stamps(700 * ms_ticks)
+          absence(tables->times(), values.pid_absence_ticks.value_or(ticks_at(5))), pcr(100 * ms_ticks, 500),
+          time_stamps(700 * ms_ticks)
     {
     }
 
@@ -63,6 +64,8 @@ public:
     {
         for (const uint16_t number : seen) pid(number);
         finish(seconds);
+        absence.finish(
+            at(seconds), [this](uint16_t number) { return seen.count(number) != 0; }, whole_multiplex);
         if (has_times) found.recording.duration_ticks = ticks_at(seconds);
         end.at = at(seconds);
         found.pcr = pcr.finish(end, [](uint16_t) { return true; });
@@ -100,9 +103,9 @@ public:
     bool whole_multiplex;
     transport_faults faults;
     continuity_meter continuity;
+    absence_meter absence;
     pcr_meter pcr;
     time_stamp_meter time_stamps;
-    absence_findings absence;
     overview found;
     recording_end end;
     std::vector<check_result> results;

@@ -64,25 +64,43 @@ TEST_F(checks, faults_of_packets_fail_their_rows)
     EXPECT_EQ(stream.row("1.4").log.first.packet, 5u);
 }
 
-TEST_F(checks, absent_pids_are_those_of_their_meter)
+TEST_F(checks, a_pid_of_a_pmt_that_stays_away_fails)
 {
     begin();
-    stream.absence.measured = true;
-    stream.absence.log.worst = 3;
-    stream.judge_at(10);
-    EXPECT_EQ(stream.verdict("1.6"), "pass");
+    stream.absence.start(0x101, stream.at(0));
+    stream.seen.insert(0x101);
+    stream.judge_at(5 + 1e-6);
+    EXPECT_EQ(stream.verdict("1.6"), "fail 1");
     EXPECT_EQ(stream.row("1.6").limit, 5);
-    EXPECT_EQ(stream.row("1.6").log.worst, 3);
-    judged_stream shorter;
-    shorter.section(0, 0, pat_of_one()).section(0, 0x100, pmt_of_one()).judge_at(4);
-    EXPECT_EQ(shorter.verdict("1.6"), "recording shorter than the limit");
+    EXPECT_EQ(stream.row("1.6").worst_unit, "s");
+    EXPECT_EQ(stream.row("1.6").log.details.at(0).text, "no packet of the PID for 5000.001 ms");
+    judged_stream within;
+    within.section(0, 0, pat_of_one()).section(0, 0x100, pmt_of_one());
+    within.absence.start(0x101, within.at(0));
+    within.seen.insert(0x101);
+    EXPECT_EQ(within.judge_at(5).verdict("1.6"), "pass");
+}
+
+TEST_F(checks, absent_pids_need_a_pmt_and_time_enough)
+{
+    begin();
+    stream.absence.start(0x101, stream.at(0));
+    stream.seen.insert(0x101);
+    EXPECT_EQ(stream.judge_at(4.9).verdict("1.6"), "recording shorter than the limit");
     judged_stream without_pmt;
     without_pmt.section(0, 0, pat_of_one()).judge_at(10);
     EXPECT_EQ(without_pmt.verdict("1.6"), "no PMT");
     EXPECT_EQ(without_pmt.verdict("2.3a"), "no PMT");
-    judged_stream failing;
-    failing.absence.log.count = 2;
-    EXPECT_EQ(failing.judge_at(10).verdict("1.6"), "fail 2");
+}
+
+TEST_F(checks, a_pid_of_a_pmt_that_never_comes_fails_in_the_whole_multiplex)
+{
+    for (const bool whole : {false, true}) {
+        judged_stream one({}, whole);
+        one.section(0, 0, pat_of_one()).section(0, 0x100, pmt_of_one());
+        one.absence.start(0x101, one.at(0));
+        EXPECT_EQ(one.judge_at(10).verdict("1.6"), whole ? "fail 1" : "recording shorter than the limit");
+    }
 }
 
 TEST_F(checks, a_wrong_crc_fails_on_the_tables_own_pid_only)
@@ -417,6 +435,19 @@ TEST_F(atsc_checks, without_psi_it_says_which)
     judged_stream without_pmt;
     without_pmt.section(0, 0x1FFB, mgt).every(0.1, 0, 5, 0, pat_of_one()).judge_at(5);
     EXPECT_EQ(without_pmt.verdict("A.2"), "no PMT");
+}
+
+TEST_F(checks, without_times_rows_of_intervals_say_so)
+{
+    stream.has_times = false;
+    stream.judge_at(0);
+    for (const char *id : {"1.3a", "1.5a", "1.6", "2.5", "3.4a", "X.1"})
+        EXPECT_EQ(stream.verdict(id), "no times") << id;
+    EXPECT_EQ(stream.verdict("2.3a"), "no PAT");
+    judged_stream atsc;
+    atsc.has_times = false;
+    atsc.section(0, 0x1FFB, atsc_checks::mgt).judge_at(0);
+    for (const char *id : {"A.1", "A.2"}) EXPECT_EQ(atsc.verdict(id), "no times") << id;
 }
 
 TEST_F(checks, changes_under_the_same_version_fail)

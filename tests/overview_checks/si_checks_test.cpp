@@ -424,13 +424,17 @@ TEST_F(eit_check, half_a_table_is_told_at_the_end)
     EXPECT_FALSE(stream.row("3.6c").limit);
     judged_stream later;
     later.section(3 + 1e-6, 0x12, eit_of(0x4E, 7, 1)).judge_at(5);
-    EXPECT_EQ(later.verdict("3.6c"), "pass");
+    EXPECT_EQ(later.verdict("3.6c"), "recording shorter than the limit");
+    judged_stream whole;
+    whole.section(4, 0x12, eit_of(0x4E, 7, 1)).section(4, 0x12, eit_of(0x4E, 7, 0));
+    whole.section(4, 0x12, eit_of(0x4E, 8, 0)).judge_at(5);
+    EXPECT_EQ(whole.verdict("3.6c"), "pass");
 }
 
 TEST_F(eit_check, half_a_table_of_others_has_twenty_seconds)
 {
     stream.section(0, 0x12, eit_of(0x4F, 7, 1)).judge_at(19.9);
-    EXPECT_EQ(stream.verdict("3.6c"), "pass");
+    EXPECT_EQ(stream.verdict("3.6c"), "recording shorter than the limit");
     judged_stream longer;
     longer.section(0, 0x12, eit_of(0x4F, 7, 1)).judge_at(20);
     EXPECT_EQ(longer.verdict("3.6c"), "fail 1");
@@ -441,5 +445,14 @@ TEST_F(eit_check, half_a_table_of_a_variable_bitrate_is_looked_at_to_the_last_cl
     stream.sure_to = 4.5;
     stream.end.clock_pids = {0x101};
     stream.section(3, 0x12, eit_of(0x4E, 7, 0)).see(4.5).judge_at(5);
-    EXPECT_EQ(stream.verdict("3.6c"), "pass");
+    EXPECT_EQ(stream.verdict("3.6c"), "recording shorter than the limit");
+}
+
+TEST_F(eit_check, half_a_table_is_waited_for_anew_behind_a_time_break)
+{
+    stream.section(0, 0x12, eit_of(0x4E, 7, 0)).time_break(3, 8).judge_at(9.9);
+    EXPECT_EQ(stream.verdict("3.6c"), "recording shorter than the limit");
+    judged_stream longer;
+    longer.section(0, 0x12, eit_of(0x4E, 7, 0)).time_break(3, 8).judge_at(10);
+    EXPECT_EQ(longer.verdict("3.6c"), "fail 1");
 }
