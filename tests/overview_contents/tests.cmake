@@ -1,4 +1,5 @@
 add_tests_of(overview_contents
+    atsc_guide_test.cpp
     atsc_text_test.cpp
     character_table_test.cpp
     codec_audio_test.cpp
@@ -6,13 +7,22 @@ add_tests_of(overview_contents
     codec_h264_test.cpp
     codec_hevc_test.cpp
     codec_mpeg_video_test.cpp
+    contents_test.cpp
     cues_test.cpp
+    day_clock_test.cpp
     dvb_text_test.cpp
+    event_texts_test.cpp
+    guide_test.cpp
     header_finder_test.cpp
+    network_test.cpp
     program_clock_test.cpp
+    programs_test.cpp
     scsu_test.cpp
     segmentation_test.cpp
+    services_test.cpp
     splice_info_test.cpp
+    stream_description_test.cpp
+    stream_headers_test.cpp
     teletext_characters_test.cpp
     teletext_hamming_test.cpp
     teletext_loss_test.cpp
