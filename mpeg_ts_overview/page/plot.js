@@ -8,7 +8,8 @@ import {on_time_window, time_window} from "./time_window.js";
 
 const waiting = []; // plots that are not on the page yet
 const plots = []; // those that are
-let later = false; // whether one will be drawn when there is time
+const quiet_ms = 700;
+let later = 0; // a timer
 const values_in_readout = 8;
 const axis_height = 22;
 const time_width = 86;
@@ -104,16 +105,15 @@ addEventListener("afterprint", () => {
 });
 
 /// Browsers print a plot only if it was drawn before, so those out of view are brought up to date too: one
-/// whenever there is nothing else to do.
+/// after the other, when the page has been left alone for a while.
 function draw_later() {
-    const next = plots.find((state) => state.stale && state.area.clientWidth > 0);
-    if (!next || later) return;
-    later = true;
-    (window.requestIdleCallback ?? setTimeout)(() => {
-        later = false;
-        if (next.stale) draw(next);
+    clearTimeout(later);
+    later = setTimeout(() => {
+        const next = plots.find((state) => state.stale && state.area.clientWidth > 0);
+        if (!next) return;
+        draw(next);
         draw_later();
-    });
+    }, quiet_ms);
 }
 
 function draw(state) {
