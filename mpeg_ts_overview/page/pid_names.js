@@ -22,7 +22,7 @@ export function name_of_pids({programs, tables}) {
     };
     for (const program of programs) {
         const of = " of " + name_of_program(program);
-        for (const stream of program.streams) add(stream.pid, stream.name + of);
+        for (const stream of program.streams) add(stream.pid, (stream.name || "stream") + of);
         add(program.pmt_pid, "PMT" + of);
     }
     for (const program of programs)

@@ -7,8 +7,12 @@ import {time_ticks} from "./time_axis.js";
 import {on_time_window, time_window} from "./time_window.js";
 
 const waiting = []; // plots that are not on the page yet
+const plots = []; // those that are
+const quiet_ms = 700;
+let later = 0; // a timer
 const values_in_readout = 8;
 const axis_height = 22;
+const time_width = 86;
 const axis_width = 66; // of every plot, so that their times stand below each other
 
 /// The colour of that name in the style sheet, as it is now.
@@ -48,8 +52,7 @@ export function make_plot(plot) {
         readout,
         graph: null,
         near: false,
-        touched: true,
-        theme_changed: false,
+        stale: true,
     };
     waiting.push(state);
     const legend = plot.no_legend ? null : legend_of(state);
@@ -63,44 +66,61 @@ export function make_plot(plot) {
     );
 }
 
-/// Plots that were put on the page since the last call are drawn when they come into view.
+/// Plots that were put on the page since the last call are drawn when they come into view, or when there is
+/// time.
 export function draw_plots() {
     for (const state of waiting.splice(0)) {
+        plots.push(state);
         show_window(state);
-        on_time_window(() => {
-            show_window(state);
-            touch(state);
-        });
-        for (const query of ["(prefers-color-scheme: dark)", "print"])
-            matchMedia(query).addEventListener("change", () => {
-                state.theme_changed = true;
-                touch(state);
-            });
-        addEventListener("beforeprint", () => {
-            if (state.touched) touch(state, true);
-        });
         follow_gestures(state.area, () => state.graph);
         new IntersectionObserver(
             ([entry]) => {
                 state.near = entry.isIntersecting;
-                if (state.near && state.touched) touch(state);
+                if (state.near && state.stale) draw(state);
             },
             {rootMargin: "400px"},
         ).observe(state.area);
     }
+    draw_later();
 }
 
-/// Brings the plot up to date; one that is far from view when it comes nearer.
-function touch(state, now = state.near) {
-    state.touched = !now;
-    if (!now) return;
-    if (!state.graph) start(state);
-    else
-        state.graph.updateOptions({
-            ...window_options(),
-            ...(state.theme_changed ? theme_options(state) : {}),
-        });
-    state.theme_changed = false;
+function refresh_all() {
+    for (const state of plots) {
+        show_window(state);
+        state.stale = true;
+        if (state.near) draw(state);
+    }
+    draw_later();
+}
+
+on_time_window(refresh_all);
+matchMedia("(prefers-color-scheme: dark)").addEventListener("change", refresh_all);
+addEventListener("beforeprint", () => {
+    document.documentElement.classList.add("printed"); // with the colours of paper
+    plots.forEach(draw);
+});
+addEventListener("afterprint", () => {
+    document.documentElement.classList.remove("printed");
+    refresh_all();
+});
+
+/// Browsers print a plot only if it was drawn before, so those out of view are brought up to date too: one
+/// after the other, when the page has been left alone for a while.
+function draw_later() {
+    clearTimeout(later);
+    later = setTimeout(() => {
+        const next = plots.find((state) => state.stale && state.area.clientWidth > 0);
+        if (!next) return;
+        draw(next);
+        draw_later();
+    }, quiet_ms);
+}
+
+function draw(state) {
+    if (state.area.clientWidth === 0) return; // of a figure that is not shown
+    state.stale = false;
+    if (state.graph) state.graph.updateOptions({...window_options(), ...theme_options(state)});
+    else start(state);
 }
 
 function legend_of(state) {
@@ -132,7 +152,7 @@ function start(state) {
     state.graph = new Dygraph(state.canvas, state.rows, {
         labels: ["t", ...state.series.map((_, number) => String(number))],
         visibility: state.series.map((series) => !series.hidden),
-        axes: {x: {ticker: time_ticks}, y: value_axis(state)},
+        axes: {x: {ticker: time_ticks, axisLabelWidth: time_width}, y: value_axis(state)},
         xAxisHeight: axis_height,
         axisLabelFontSize: 11,
         legend: "never",

@@ -85,7 +85,7 @@ function program_card(program, greatest) {
 
 function stream_row(stream, greatest) {
     const bar = element("span", {class: "bar " + stream.kind});
-    bar.style.width = (100 * (stream.mean_bps ?? 0)) / greatest + "%";
+    if (stream.mean_bps) bar.style.width = Math.max(0.5, (100 * stream.mean_bps) / greatest) + "%";
     const rate = stream.absent ? element("span", {class: "fault"}, "absent") : rate_text(stream.mean_bps);
     return element(
         "tr",

@@ -20,7 +20,8 @@ const time_bases = {
 
 export function recording_header(found) {
     const {recording, checks} = found;
-    const name = recording.path.split("/").pop() || recording.path;
+    const name =
+        recording.path === "-" ? "standard input" : recording.path.split("/").pop() || recording.path;
     document.title = name + " - transport stream overview";
     const failed = checks.filter((check) => check.result === "fail").length;
     const badge = element(
@@ -54,17 +55,13 @@ function facts_of({recording, transport_stream, clock, rates}) {
     const clock_of = recording.clock_pid === null ? "" : " of " + pid_text(recording.clock_pid);
     const reading = (at) =>
         at ? utc_text(at.utc) + " UTC" + (at.t_s === null ? "" : " at " + time_text(at.t_s)) : "";
-    const bytes = (count) => (count ? count_text(count) : "");
+    const counted = (count) => (count ? count_text(count) : "");
+    const seconds = [rates.whole.min_bps, rates.whole.max_bps].map(rate_text);
     return [
         ["size", size_text(recording.bytes)],
         ["duration", duration_text(recording.duration_s)],
-        ["rate", rate && rate + (recording.constant_bitrate ? " constant" : "")],
-        [
-            "lowest and highest second",
-            rates.whole.min_bps === null || recording.constant_bitrate
-                ? ""
-                : rate_text(rates.whole.min_bps) + " to " + rate_text(rates.whole.max_bps),
-        ],
+        ["rate", rate && rate + (recording.constant_bitrate ? " constant" : " variable")],
+        ["lowest and highest second", seconds[0] === seconds[1] ? "" : seconds.join(" to ")],
         ["packets", count_text(recording.packets) + " of " + recording.packet_size + " bytes"],
         ["standard", recording.standard],
         ["time base", time_bases[recording.time_base] + clock_of],
@@ -72,11 +69,11 @@ function facts_of({recording, transport_stream, clock, rates}) {
         ["network", transport_stream.network_name],
         ["time of day", reading(clock.first)],
         ["to", clock.last && clock.last.utc !== clock.first?.utc ? reading(clock.last) : ""],
-        ["sync losses", bytes(recording.sync_losses), true],
-        ["bad sync bytes", bytes(recording.sync_byte_errors), true],
-        ["bytes skipped", bytes(recording.skipped_bytes), true],
-        ["bytes before the first packet", bytes(recording.leading_bytes)],
-        ["bytes behind the last packet", bytes(recording.trailing_bytes)],
+        ["sync losses", counted(recording.sync_losses), true],
+        ["bad sync bytes", counted(recording.sync_byte_errors), true],
+        ["bytes skipped", counted(recording.skipped_bytes), true],
+        ["bytes before the first packet", counted(recording.leading_bytes)],
+        ["bytes behind the last packet", counted(recording.trailing_bytes)],
     ];
 }
 

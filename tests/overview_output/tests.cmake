@@ -2,11 +2,13 @@ add_tests_of(overview_output
     figures_test.cpp
     json_test.cpp
     json_values_test.cpp
+    page_data_test.cpp
+    page_test.cpp
     sample_overview.cpp
     terminal_text_test.cpp
     text_checks_test.cpp
     text_test.cpp)
-target_link_libraries(overview_output_tests PRIVATE overview_output)
+target_link_libraries(overview_output_tests PRIVATE overview_output made_recordings)
 
 # Every JSON output holds against its schema, which knows nothing that the outputs do not have.
 add_executable(write_sample_json overview_output/write_sample_json.cpp overview_output/sample_overview.cpp)

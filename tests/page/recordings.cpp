@@ -243,24 +243,24 @@ overview day_recording()
 
 overview overfull_recording()
 {
-    const std::string long_text(2000, '<');
+    const std::string long_text(400, '<');
     overview found = begun_recording(long_text, 100000, 60000000);
     found.standard = "ATSC";
     add_tables(found);
     for (unsigned number = 1; number < 900; ++number)
         add_program(found, static_cast<uint16_t>(number), long_text, 10000000000ULL + number);
     add_null_packets(found, 1000000);
-    for (unsigned number = 0; number < 20000; ++number) {
+    for (unsigned number = 0; number < 2000; ++number) {
         add_table(found, 0x0012, 0x50, static_cast<uint16_t>(number), long_text, 10);
-        if (number < 5000) add_section(found, 0x0012, 0x50, long_text, long_text + "\n", number);
+        if (number < 1000) add_section(found, 0x0012, 0x50, long_text, long_text + "\n", number);
     }
-    add_guide(found, 1, 20000, long_text, long_text);
-    add_cues(found, 0x0150, 5000);
+    add_guide(found, 1, 5000, long_text, long_text);
+    add_cues(found, 0x0150, 1000);
     for (cue &message : found.cues.cues)
         message.segmentations = {
             {1, long_text, long_text}
         };
-    add_teletext(found, 0x0204, 2000, long_text);
+    add_teletext(found, 0x0204, 600, long_text);
     add_checks(found);
     fail(found, "1.4", 300, 4000);
     for (check_result &check : found.checks)
