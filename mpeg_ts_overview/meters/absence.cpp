@@ -60,6 +60,7 @@ watched_thing absence_meter::thing_of(const watched_pid &one) const
 
 void absence_meter::start(uint16_t pid, const moment &at)
 {
+    ever_watched[pid] = true;
     watched[pid] = std::make_unique<watched_pid>();
     watched[pid]->pid = pid;
     watched[pid]->clock = absence.started(at);
@@ -81,8 +82,8 @@ void absence_meter::finish(const moment &end, const std::function<bool(uint16_t 
                            bool all_must_occur)
 {
     for (uint16_t pid = 0; pid < mpeg_ts_pid_count; ++pid) {
-        if (!watches(pid)) continue;
-        if (all_must_occur && !occurred(pid)) log_violation(never, end, pid, [] { return "never there"; });
-        stop(pid, end, occurred(pid));
+        if (all_must_occur && ever_watched[pid] && !occurred(pid))
+            log_violation(never, end, pid, [] { return "never there"; });
+        if (watches(pid)) stop(pid, end, occurred(pid));
     }
 }

@@ -8,6 +8,7 @@
 #include "mpeg_ts_overview/timeline/packet_times.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -58,6 +59,7 @@ private:
     packet_times times;
     uint64_t good_gap = 0; ///< packets so far apart are no longer apart than others were
     std::array<std::unique_ptr<watched_pid>, mpeg_ts_pid_count> watched;
+    std::bitset<mpeg_ts_pid_count> ever_watched;
     std::vector<watched_pid *> touched; ///< with packets in the times in hand
     violation_log never;
 };

@@ -20,8 +20,8 @@ struct guide_event {
 };
 
 struct guide_facts {
-    std::vector<guide_event> events; ///< in order of first arrival
-    uint64_t events_of_others = 0;   ///< receptions of events of other transport streams
+    std::vector<guide_event> events;  ///< in order of first arrival
+    uint64_t events_of_others = 0;    ///< receptions of events of other transport streams
     uint64_t not_kept = 0;            ///< receptions of events beyond the limit
     uint64_t text_bytes_not_kept = 0; ///< of events that are kept, each time that they changed
 };

@@ -64,7 +64,8 @@ std::optional<repetition_limit::wait> repetition_limit::sure_part(const wait &wh
     if (!stretches.first_sure()) return std::nullopt;
     wait part = whole;
     part.from_ticks = std::max(part.from_ticks, *stretches.first_sure()->ticks);
-    if (part.to.extrapolated && part.to.packet > stretches.last_sure()->packet) part.to = *stretches.last_sure();
+    if (part.to.extrapolated && part.to.packet > stretches.last_sure()->packet)
+        part.to = *stretches.last_sure();
     if (*part.to.ticks < part.from_ticks) return std::nullopt;
     return part;
 }
