@@ -98,7 +98,7 @@ void mpeg_ts_section_collector_packet(mpeg_ts_section_collector *collector, cons
     }
 
     const unsigned pointer_field = *payload++;
-    if (pointer_field < fence - payload) collector->next_start = payload + pointer_field;
+    if (fence - payload > static_cast<long>(pointer_field)) collector->next_start = payload + pointer_field;
     if (collector->held > 0) go_on(collector, payload, collector->next_start);
     if (!collector->whole) mpeg_ts_section_collector_drop(collector);
 }
