@@ -87,6 +87,10 @@ void look_at_cat(check_builder &row)
     const check_sources &from = row.from();
     row.add_faults(from.tables.misplaced().on_pid(cat_pid));
     if (!from.whole_multiplex || from.tables.had_cat() || !from.tables.needs_cat()) return;
-    row.set_seconds();
-    row.add_intervals(from.tables.cat_absence());
+    const repetition_limit &absence = from.tables.cat_absence();
+    row.add_faults(absence.findings(from.sure_times_only()).log);
+    if (!from.has_times())
+        row.add_unmeasured("no times");
+    else if (!absence.is_measured(from.sure_times_only()))
+        row.add_unmeasured("recording shorter than the limit");
 }

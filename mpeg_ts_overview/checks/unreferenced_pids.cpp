@@ -43,9 +43,8 @@ std::optional<int64_t> ticks_of(const check_sources &from, const pid_facts &fact
 
 bool is_any_scrambled(const check_sources &from)
 {
-    return std::any_of(from.facts.pids.begin(), from.facts.pids.end(), [](const pid_facts &facts) {
-        return facts.scrambled > 0 && facts.pid != mpeg_ts_padding_pid;
-    });
+    return std::any_of(from.facts.pids.begin(), from.facts.pids.end(),
+                       [](const pid_facts &facts) { return facts.scrambled > 0; });
 }
 
 bool has_program_without_map(const check_sources &from)
@@ -65,6 +64,9 @@ void look_at_unreferenced_pids(check_builder &row)
     if (has_program_without_map(from)) return row.add_unmeasured("program without PMT");
     if (is_any_scrambled(from) && !from.tables.had_cat())
         return row.add_unmeasured("scrambled without a CAT");
+
+    if (from.tables.times().longest_ticks(from.sure_times_only()) < longest_ticks)
+        return row.add_unmeasured("recording shorter than the limit");
 
     violation_log unnamed;
     for (const pid_facts &facts : from.facts.pids) {

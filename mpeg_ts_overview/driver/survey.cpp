@@ -38,7 +38,6 @@ void survey::begin_times(const packet_times &next)
     pids.begin(times);
     rates.begin(times);
     absence.begin_times(times);
-    tables.see(times.moment_of(times.first));
 }
 
 void survey::end_times()
@@ -105,6 +104,7 @@ void survey::on_packet(const ts_packet &packet)
         absence.on_packets(packet.pid, packet.at.packet, 1);
 
     contents.on_packet(packet, sequence);
+    if (packet.PCR) tables.see(packet.at);
     if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
     pcr.on_packet(packet, sequence, program_clocks[packet.pid]);

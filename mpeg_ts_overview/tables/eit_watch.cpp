@@ -87,6 +87,11 @@ void eit_watch::end(uint16_t service_id, service_state &service, const moment &a
 {
     if (!service.came && !whole_multiplex) return;
     watched_service = true;
+    if (!service.came) {
+        watch.end_absent(service.clocks[0], at,
+                         {eit_pid, eit_present_following_actual_table_id, service_id, {}});
+        return;
+    }
     for (size_t number = 0; number < service.clocks.size(); ++number)
         watch.end(service.clocks[number], at, section_of(service_id, number));
 }

@@ -4,6 +4,7 @@
 #include "mpeg_ts_overview/tables/pat.h"
 #include "mpeg_ts_overview/tables/table_home.h"
 #include "mpeg_ts_overview/tables/table_name.h"
+#include "mpeg_ts_overview/tables/tdt.h"
 
 void misplaced_tables::on_section(const table_section &section)
 {
@@ -14,9 +15,11 @@ void misplaced_tables::on_section(const table_section &section)
 
 void misplaced_tables::on_bad_section(const table_section &section)
 {
-    if (!is_on_own_pid(directory, section.pid, section.header.table_id)) return;
+    const uint8_t table_id = section.header.table_id;
+    const bool has_crc = table_id != rst_table_id && table_id != tdt_table_id;
+    if (!has_crc || !is_on_own_pid(directory, section.pid, table_id)) return;
     log_violation(crc_log, section.at, section.pid,
-                  [&] { return "wrong CRC_32 of " + table_name(section.header.table_id); });
+                  [&] { return "wrong CRC_32 of " + table_name(table_id); });
 }
 
 void misplaced_tables::on_scrambled_packet(uint16_t pid, const moment &at)

@@ -14,7 +14,7 @@ watched_thing pmt_of(uint16_t program_number, uint16_t pmt_pid)
 } // namespace
 
 psi_watch::psi_watch(const time_stretches &times, const limits &values, bool is_whole_multiplex)
-    : whole_multiplex(is_whole_multiplex), pat_sections(times, wait_begins::with_the_recording), pmts(times)
+    : whole_multiplex(is_whole_multiplex), pat_sections(times, awaited_sections::of_one_table), pmts(times)
 {
     pat_sections.add_limit(values.pat_interval_ticks.value_or(pat_interval_ticks), false);
     pat_sections.add_limit(atsc_pat_interval_ticks, true);
@@ -48,7 +48,11 @@ void psi_watch::end(uint16_t program_number, program_clock of_program, const mom
 {
     if (is_absent && !whole_multiplex) return;
     watched_program = true;
-    pmts.end(of_program.clock, at, pmt_of(program_number, of_program.pmt_pid));
+    const watched_thing pmt = pmt_of(program_number, of_program.pmt_pid);
+    if (is_absent)
+        pmts.end_absent(of_program.clock, at, pmt);
+    else
+        pmts.end(of_program.clock, at, pmt);
 }
 
 void psi_watch::finish(const moment &end_of_recording, const std::function<bool(uint16_t pid)> &has_packets)

@@ -11,9 +11,9 @@ constexpr uint16_t eit_0_table_type = 0x0100; // A/65 Table 6.3
 } // namespace
 
 psip_watch::psip_watch(const time_stretches &times)
-    : mgts(times, wait_begins::with_the_recording), tvcts(times, wait_begins::with_the_recording),
-      stts(times, wait_begins::with_the_recording), rrts(times, wait_begins::with_the_table),
-      eits(times, wait_begins::with_its_own_arrival)
+    : mgts(times, awaited_sections::of_one_table), tvcts(times, awaited_sections::of_one_table),
+      stts(times, awaited_sections::of_one_table), rrts(times, awaited_sections::of_each_table),
+      eits(times, awaited_sections::that_have_come)
 {
     mgts.add_limit(mgt_interval_ticks, true);
     tvcts.add_limit(tvct_interval_ticks, true);

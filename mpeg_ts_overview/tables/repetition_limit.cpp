@@ -12,12 +12,12 @@ namespace {
 
 constexpr int64_t tolerance_divisor = 20; // 5 %
 
-std::string words_of(const watched_thing &thing, int64_t ticks)
+std::string words_of(const watched_thing &thing)
 {
     std::string text = "no " + (thing.name != nullptr ? thing.name : table_name(thing.table_id));
     if (thing.extension) text += fmt::format(" of 0x{:04X}", *thing.extension);
     if (thing.section_number) text += fmt::format(", section {}", *thing.section_number);
-    return text + " for " + in_ms(ticks);
+    return text;
 }
 
 } // namespace
@@ -45,7 +45,8 @@ void repetition_limit::judge(repetition_findings &here, const wait &w, bool betw
 {
     const int64_t ticks = *w.to.ticks - w.from_ticks;
     const bool is_too_long = ticks > longest_allowed;
-    if (is_too_long) log_violation(here.log, w.to, thing.pid, [&] { return words_of(thing, ticks); });
+    if (is_too_long)
+        log_violation(here.log, w.to, thing.pid, [&] { return words_of(thing) + " for " + in_ms(ticks); });
     if (is_too_long || between_arrivals)
         here.longest_ticks = std::max(ticks, here.longest_ticks.value_or(ticks));
 }
@@ -56,6 +57,18 @@ void repetition_limit::note_run(int64_t from_ticks, const moment &to)
     found[0].longest_run_ticks = std::max(found[0].longest_run_ticks, *to.ticks - from_ticks);
     if (const std::optional<wait> sure = sure_part(whole))
         found[1].longest_run_ticks = std::max(found[1].longest_run_ticks, *sure->to.ticks - sure->from_ticks);
+}
+
+void repetition_limit::note_absence(const repetition_limit &alone, const moment &at,
+                                    const watched_thing &thing)
+{
+    for (size_t number = 0; number < found.size(); ++number) {
+        repetition_findings &here = found[number];
+        const int64_t run_ticks = alone.found[number].longest_run_ticks;
+        here.longest_run_ticks = std::max(here.longest_run_ticks, run_ticks);
+        if (!limit || run_ticks < *limit) continue;
+        log_violation(here.log, at, thing.pid, [&] { return words_of(thing) + " at all"; });
+    }
 }
 
 /// The part of a wait that lies where times are sure.

@@ -40,6 +40,10 @@ public:
     /// A clock ran from one time to the moment, without a break between.
     void note_run(int64_t from_ticks, const moment &to);
 
+    /// The thing never came, and clocks that ran for it alone found that: one fault, where they ran as long
+    /// as the limit.
+    void note_absence(const repetition_limit &alone, const moment &at, const watched_thing &thing);
+
     const repetition_findings &findings(bool sure_times_only) const { return found[sure_times_only ? 1 : 0]; }
 
     /// The limit without the tolerance.

@@ -39,6 +39,14 @@ void repetition_watch::end(repetition_clock &clock, const moment &at, const watc
     }
 }
 
+void repetition_watch::end_absent(repetition_clock clock, const moment &at, const watched_thing &thing)
+{
+    repetition_watch alone(stretches);
+    for (const repetition_limit &limit : limits) alone.add_limit(limit.ticks(), false);
+    alone.end(clock, at, thing);
+    for (size_t i = 0; i < limits.size(); ++i) limits[i].note_absence(alone.limits[i], at, thing);
+}
+
 /// Brings the clock to the stretch of the moment, and looks at the wait that ends there.
 void repetition_watch::settle(repetition_clock &clock, const moment &at, bool arrives,
                               const watched_thing &thing)

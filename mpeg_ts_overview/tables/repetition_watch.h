@@ -33,6 +33,9 @@ public:
     /// The rule ends.
     void end(repetition_clock &clock, const moment &at, const watched_thing &thing);
 
+    /// The rule ends, and the thing, which has to be there, never came.
+    void end_absent(repetition_clock clock, const moment &at, const watched_thing &thing);
+
     const repetition_limit &limit(size_t number) const { return limits[number]; }
 
 private:

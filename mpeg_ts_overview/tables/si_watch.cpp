@@ -7,11 +7,11 @@
 #include "mpeg_ts_overview/tables/tdt.h"
 
 si_watch::si_watch(const time_stretches &times, const limits &values)
-    : nits(times, wait_begins::with_the_recording), sdts(times, wait_begins::with_the_recording),
-      tdts(times, wait_begins::with_the_recording), bats(times, wait_begins::with_the_table),
-      other_nits(times, wait_begins::with_the_table), other_sdts(times, wait_begins::with_the_table),
-      other_eits(times, wait_begins::with_the_table), tots(times, wait_begins::with_the_table),
-      schedules(times, wait_begins::with_its_own_arrival)
+    : nits(times, awaited_sections::of_one_table), sdts(times, awaited_sections::of_one_table),
+      tdts(times, awaited_sections::of_one_table), bats(times, awaited_sections::of_each_table),
+      other_nits(times, awaited_sections::of_each_table), other_sdts(times, awaited_sections::of_each_table),
+      other_eits(times, awaited_sections::of_each_table), tots(times, awaited_sections::of_each_table),
+      schedules(times, awaited_sections::that_have_come)
 {
     nits.add_limit(values.nit_interval_ticks.value_or(nit_interval_ticks), true);
     sdts.add_limit(values.sdt_interval_ticks.value_or(sdt_interval_ticks), true);

@@ -117,7 +117,7 @@ void stream_tables::finish(const moment &end, const std::function<bool(uint16_t 
     si_repetition.finish(end);
     present_following.finish(end);
     psip_repetition.finish(end);
-    if (cat_needed && !cat_came) cat_wait.end(cat_clock, end, cat);
+    if (cat_needed && !cat_came) cat_wait.end_absent(cat_clock, end, cat);
 }
 
 void stream_tables::add_to(std::vector<limit_reached> &reached) const

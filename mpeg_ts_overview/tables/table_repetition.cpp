@@ -23,7 +23,7 @@ uint8_t last_of(const table_section &section)
 
 void table_repetition::on_section(const table_section &section, const table_key &of_table)
 {
-    const bool is_the_only_one = begins == wait_begins::with_the_recording && !tables.empty();
+    const bool is_the_only_one = awaited == awaited_sections::of_one_table && !tables.empty();
     const table_key &key = is_the_only_one ? tables.begin()->first : of_table;
     const uint8_t number = section.header.section_number;
 
@@ -45,7 +45,7 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     // Of a table all of whose numbers are waited for, those from 0 on are held.
     size_t first = held;
     size_t fence = last_of(section) + size_t{1};
-    if (begins == wait_begins::with_its_own_arrival) {
+    if (awaited == awaited_sections::that_have_come) {
         const uint8_t number = section.header.section_number;
         first = number;
         fence = number + (is_new || known->second.count(number) == 0 ? size_t{1} : 0);
@@ -57,7 +57,8 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     }
 
     clock_count += fence - first;
-    const bool from_the_start = is_new && begins == wait_begins::with_the_recording;
+    // Further numbers of a new version are waited for from now on.
+    const bool from_the_start = is_new && awaited == awaited_sections::of_one_table;
     table_clocks &clocks = tables[key];
     for (size_t number = first; number < fence; ++number)
         clocks[static_cast<uint8_t>(number)] =
@@ -74,12 +75,9 @@ void table_repetition::forget_above(uint8_t last, const table_key &key, table_cl
     }
 }
 
-void table_repetition::finish(const moment &end, const watched_thing &awaited)
+void table_repetition::finish(const moment &end, const watched_thing &missing)
 {
-    if (tables.empty() && begins == wait_begins::with_the_recording) {
-        repetition_clock clock;
-        watch.end(clock, end, awaited);
-    }
+    if (tables.empty() && awaited == awaited_sections::of_one_table) watch.end_absent({}, end, missing);
     for (auto &[key, clocks] : tables)
         for (auto &[number, clock] : clocks) watch.end(clock, end, thing_of(key, number));
 }

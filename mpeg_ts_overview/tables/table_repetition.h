@@ -14,25 +14,24 @@
 /// So many sections of the tables of one kind are watched, each section_number by itself.
 constexpr uint64_t repetition_clock_limit = 262144;
 
-/// Since when a section is waited for.
-enum class wait_begins {
-    with_the_recording,  ///< the table has to be there
-    with_the_table,      ///< from the first section of the table on
-    with_its_own_arrival ///< not every number up to the last is there
+/// Which sections are waited for, and since when.
+enum class awaited_sections {
+    of_one_table,   ///< since the start: it has to be there, and is the same whatever its sections call it
+    of_each_table,  ///< since the first section of the table: only where it is present
+    that_have_come, ///< since each came: not every number up to the last has to be there
 };
 
 class table_repetition {
 public:
-    table_repetition(const time_stretches &times, wait_begins since) : watch(times), begins(since) {}
+    table_repetition(const time_stretches &times, awaited_sections which) : watch(times), awaited(which) {}
 
     void add_limit(std::optional<int64_t> ticks, bool is_tolerant) { watch.add_limit(ticks, is_tolerant); }
 
-    /// A current section of a table of that kind arrives. The key tells tables apart, but for one that has to
-    /// be there: of that kind there is one, whatever its sections call it.
+    /// A current section of a table of that kind arrives; the key tells tables apart.
     void on_section(const table_section &section, const table_key &of_table);
 
-    /// The recording ends; awaited is what never came where the wait begins with the recording.
-    void finish(const moment &end, const watched_thing &awaited);
+    /// The recording ends. Where a table that has to be there never came, it is that thing.
+    void finish(const moment &end, const watched_thing &missing);
 
     /// True when a section came.
     bool came() const { return !tables.empty(); }
@@ -48,7 +47,7 @@ private:
     void forget_above(uint8_t last, const table_key &of_table, table_clocks &clocks, const moment &at);
 
     repetition_watch watch;
-    wait_begins begins;
+    awaited_sections awaited;
     std::map<table_key, table_clocks> tables;
     uint64_t clock_count = 0;
     uint64_t not_kept = 0;

@@ -3,6 +3,7 @@
 
 #include "mpeg_ts_overview/model/moment.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -26,10 +27,15 @@ public:
         if (at.stretch < 0 || !at.ticks) return;
         if (!in_hand || in_hand->first.stretch != at.stretch) begin(at);
         in_hand->last = at;
+        longest = std::max(longest, in_hand->ticks());
         if (at.extrapolated) return;
         if (!sure_from) sure_from = at;
         sure_to = at;
+        longest_sure = std::max(longest_sure, *at.ticks - std::max(*sure_from->ticks, *in_hand->first.ticks));
     }
+
+    /// The length of the longest stretch, or of its part whose times are sure.
+    int64_t longest_ticks(bool sure_times_only) const { return sure_times_only ? longest_sure : longest; }
 
     /// The stretch that goes on; none before the first moment with a time.
     const std::optional<time_stretch> &current() const { return in_hand; }
@@ -50,4 +56,6 @@ private:
     std::deque<time_stretch> over;
     std::optional<moment> sure_from;
     std::optional<moment> sure_to;
+    int64_t longest = 0;
+    int64_t longest_sure = 0;
 };

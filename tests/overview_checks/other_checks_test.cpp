@@ -132,6 +132,8 @@ TEST_F(checks, a_wrong_crc_fails_on_the_tables_own_pid_only)
         EXPECT_EQ(count_of(0x1D00, table_id), is_psip ? 1u : 0u) << table_id;
     }
     EXPECT_EQ(count_of(0x14, 0x73), 1u);
+    EXPECT_EQ(count_of(0x14, 0x70), 0u);
+    EXPECT_EQ(count_of(0x13, 0x71), 0u);
 }
 
 TEST_F(checks, the_text_of_a_wrong_crc_names_the_table)
@@ -327,6 +329,16 @@ TEST_F(unreferenced, what_cannot_be_known_is_not_measured)
     with_cat.section(0, 0x01, long_section(0x01, 0xFFFF, {}));
     with_cat.pid(0x300, 0, 9).scrambled = 1;
     EXPECT_EQ(with_cat.judge_at(10).verdict("3.4a"), "fail 1");
+}
+
+TEST_F(unreferenced, in_a_recording_shorter_than_the_limit_it_is_not_measured)
+{
+    begin();
+    EXPECT_EQ(stream.judge_at(0.49).verdict("3.4a"), "recording shorter than the limit");
+    judged_stream broken;
+    broken.section(0, 0, pat_of_one()).section(0, 0x100, pmt_of_one());
+    broken.time_break(0.4, 1).time_break(1.4, 2).judge_at(2.4);
+    EXPECT_EQ(broken.verdict("3.4a"), "recording shorter than the limit");
 }
 
 TEST_F(unreferenced, of_a_variable_bitrate_only_the_part_between_clock_points_counts)

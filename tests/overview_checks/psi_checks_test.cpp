@@ -77,7 +77,8 @@ TEST_F(pat_check, packets_of_pid_0_without_a_pat_fail)
     judged_stream stream;
     stream.every(0.2, 0, 5, 0, wrong).judge_at(5);
     EXPECT_EQ(stream.verdict("1.3a"), "fail 1");
-    EXPECT_DOUBLE_EQ(*stream.row("1.3a").log.worst, 5);
+    EXPECT_EQ(stream.row("1.3a").log.first.ticks, ticks_at(5));
+    EXPECT_EQ(stream.row("1.3a").log.details.at(0).text, "no PAT at all");
 }
 
 TEST_F(pat_check, of_the_whole_multiplex_absence_fails)
