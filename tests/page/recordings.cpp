@@ -247,7 +247,7 @@ overview overfull_recording()
     overview found = begun_recording(long_text, 100000, 60000000);
     found.standard = "ATSC";
     add_tables(found);
-    for (unsigned number = 1; number < 900; ++number)
+    for (unsigned number = 1; number <= 300; ++number)
         add_program(found, static_cast<uint16_t>(number), long_text, 10000000000ULL + number);
     add_null_packets(found, 1000000);
     for (unsigned number = 0; number < 2000; ++number) {
