@@ -255,6 +255,8 @@ overview overfull_recording()
         if (number < 1000) add_section(found, 0x0012, 0x50, long_text, long_text + "\n", number);
     }
     add_guide(found, 1, 5000, long_text, long_text);
+    found.guide.events.back().source = "present";
+    found.guide.events.back().title = "on air";
     add_cues(found, 0x0150, 1000);
     for (cue &message : found.cues.cues)
         message.segmentations = {
