@@ -5,6 +5,8 @@
 #include "mpeg_ts_overview/output/page_rates.h"
 #include "mpeg_ts_overview/output/page_template.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace {
@@ -69,6 +71,7 @@ ordered_json teletext_row(const teletext_page &page)
 std::vector<const guide_event *> by_use(const std::vector<guide_event> &events)
 {
     std::vector<const guide_event *> sorted;
+    sorted.reserve(events.size());
     for (const guide_event &event : events) sorted.push_back(&event);
     std::stable_partition(sorted.begin(), sorted.end(), [](const guide_event *event) {
         return std::string_view(event->source) == "present" || std::string_view(event->source) == "following";

@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/output/page_data.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace {
@@ -68,6 +70,11 @@ void round_numbers(ordered_json &value)
 size_t page_bytes(const ordered_json &value)
 {
     return escaped_for_page(value.dump(-1, ' ', false, ordered_json::error_handler_t::replace)).size() + 2;
+}
+
+void page_lists::note_rows(const char *what, size_t count, size_t all)
+{
+    if (count < all) note(fmt::format("{}: {} of {} are on this page", what, count, all));
 }
 
 std::vector<std::string> page_lists::notes() const

@@ -3,8 +3,6 @@
 
 #include "mpeg_ts_overview/output/json_stream.h"
 
-#include <fmt/format.h>
-
 #include <span>
 #include <string>
 #include <string_view>
@@ -85,7 +83,7 @@ public:
             texts_cut += cut_texts(value);
             return value;
         });
-        if (count < rows.size()) note(fmt::format("{}: {} of {} are on this page", what, count, rows.size()));
+        note_rows(what, count, rows.size());
     }
 
     /// Bytes that the lists so far left of their budgets.
@@ -97,6 +95,8 @@ public:
     std::vector<std::string> notes() const;
 
 private:
+    void note_rows(const char *what, size_t count, size_t all);
+
     json_stream &out;
     std::vector<std::string> left_out;
     size_t unused = 0;

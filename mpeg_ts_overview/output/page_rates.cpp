@@ -2,6 +2,8 @@
 
 #include "mpeg12_ts/packet.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <map>
 
@@ -73,6 +75,7 @@ std::vector<program_series> series_of_programs(const overview &found)
         }
     }
     std::vector<program_series> all;
+    all.reserve(sums.size());
     for (auto &[number, series] : sums) all.push_back(std::move(series));
     std::stable_sort(all.begin(), all.end(),
                      [](const program_series &a, const program_series &b) { return a.sum > b.sum; });

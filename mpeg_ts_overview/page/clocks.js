@@ -8,6 +8,7 @@ import {table} from "./table.js";
 
 const shown_at_first = 6;
 const residual_buckets = 1000;
+const longest_window_s = 10;
 const range_text =
     (text) =>
     (_, [low, , high]) =>
@@ -79,18 +80,20 @@ function interval_plot(found) {
     });
 }
 
-/// Windows of all PIDs in common buckets of time.
-function in_buckets(series, duration) {
+/// Windows in the common buckets of time: each goes on to the next, but not for longer than it can be.
+function in_buckets({t_s, min, max}, duration) {
     const width = duration / residual_buckets;
-    const min = Array(residual_buckets).fill(null);
-    const max = Array(residual_buckets).fill(null);
-    series.t_s.forEach((seconds, each) => {
-        if (seconds === null) return;
-        const bucket = Math.min(Math.max(Math.floor(seconds / width), 0), residual_buckets - 1);
-        min[bucket] = Math.min(min[bucket] ?? Infinity, series.min[each]);
-        max[bucket] = Math.max(max[bucket] ?? -Infinity, series.max[each]);
+    const longest = Math.max(longest_window_s, 2 * width);
+    const buckets = {min: Array(residual_buckets).fill(null), max: Array(residual_buckets).fill(null)};
+    t_s.forEach((from, each) => {
+        if (from === null) return;
+        const to = Math.min(t_s[each + 1] ?? duration, from + longest, duration);
+        for (let at = Math.max(Math.floor(from / width), 0); at < residual_buckets && at * width < to; ++at) {
+            buckets.min[at] = Math.min(buckets.min[at] ?? Infinity, min[each]);
+            buckets.max[at] = Math.max(buckets.max[at] ?? -Infinity, max[each]);
+        }
     });
-    return {min, max};
+    return buckets;
 }
 
 function residual_plot({pcr, recording}) {
@@ -110,7 +113,7 @@ function residual_plot({pcr, recording}) {
         line_at: "max",
         value_text: range_text(nanoseconds_text),
         axis_text: (value) => (value === 0 ? "0" : nanoseconds_text(value)),
-        options: {connectSeparatedPoints: true, includeZero: true, drawPoints: true, pointSize: 1.5},
+        options: {includeZero: true, stepPlot: true},
     });
 }
 

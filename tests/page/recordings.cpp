@@ -247,7 +247,7 @@ overview overfull_recording()
     overview found = begun_recording(long_text, 100000, 60000000);
     found.standard = "ATSC";
     add_tables(found);
-    for (unsigned number = 1; number < 900; ++number)
+    for (unsigned number = 1; number <= 300; ++number)
         add_program(found, static_cast<uint16_t>(number), long_text, 10000000000ULL + number);
     add_null_packets(found, 1000000);
     for (unsigned number = 0; number < 2000; ++number) {
@@ -255,6 +255,8 @@ overview overfull_recording()
         if (number < 1000) add_section(found, 0x0012, 0x50, long_text, long_text + "\n", number);
     }
     add_guide(found, 1, 5000, long_text, long_text);
+    found.guide.events.back().source = "present";
+    found.guide.events.back().title = "on air";
     add_cues(found, 0x0150, 1000);
     for (cue &message : found.cues.cues)
         message.segmentations = {

@@ -38,7 +38,7 @@ overview empty_recording();
 /// 24 hours, 200 PIDs, 5000 sections, 20000 events.
 overview day_recording();
 
-/// More of everything than a page takes.
+/// More of everything than a page takes; the last event of the guide is on air.
 overview overfull_recording();
 
 std::vector<made_recording> all_recordings();
