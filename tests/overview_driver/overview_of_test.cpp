@@ -208,6 +208,19 @@ TEST(overview, an_arrival_time_that_goes_back_is_a_break_of_its_own)
     EXPECT_TRUE(found_in(recording, by_pcr).breaks.kept.empty()) << "only time that is used can break";
 }
 
+TEST(overview, the_stamp_of_a_bad_slot_is_not_read)
+{
+    steady_stream stream;
+    stream.add(3000);
+    bytes recording = stream.stream.avchd(1u << 28, step);
+    std::fill_n(recording.begin() + 2001 * 192, 5, uint8_t{0});
+    const overview found = found_in(recording);
+    EXPECT_TRUE(found.breaks.kept.empty());
+    EXPECT_EQ(found.recording.sync_byte_errors, 1u);
+    EXPECT_EQ(check_row(found, "1.2").log.first.ticks, 2000 * step);
+    EXPECT_EQ(found.recording.duration_ticks, 3000 * step);
+}
+
 TEST(overview, one_packet_is_a_recording_without_times)
 {
     const overview found = found_in(steady(1));

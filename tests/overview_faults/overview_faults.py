@@ -267,10 +267,24 @@ def standard_input():
     expect_files()
 
 
+def constant_memory():
+    """300 MB in which no clock comes, and 300 MB behind the end of a clock."""
+    null_packets = (bytes([0x47, 0x1F, 0xFF, 0x10]) + bytes(184)) * 20000
+    for beginning in (b"", contents(RECORDING)):
+        running = subprocess.Popen([PROGRAM, "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
+        running.stdin.write(beginning)
+        for _ in range(80):
+            running.stdin.write(null_packets)
+        running.stdin.close()
+        _, status, usage = os.wait4(running.pid, 0)
+        assert status == 0
+        assert usage.ru_maxrss < 64 * 1024, usage.ru_maxrss  # KiB
+
+
 CASES = [exit_statuses, outputs_are_renamed, what_is_replaced_stays_until_the_end, links_are_written_through,
          pipes_are_written_in_place, unwritable_folder, full_disk, file_size_limit, output_is_the_input,
          nothing_found_replaces_nothing, interrupt, termination, second_interrupt, hang_up, closed_pipe,
-         standard_input]
+         standard_input, constant_memory]
 
 if __name__ == "__main__":
     signal.signal(signal.SIGINT, signal.default_int_handler)  # a child would inherit that it is ignored
