@@ -216,22 +216,36 @@ TEST(pcr, a_leap_back_is_told_as_one)
     EXPECT_EQ(fed.meter.intervals().log(false).count, 0u); // 40 ms by the times
 }
 
-TEST(pcr, a_pair_is_judged_when_the_pid_was_a_program_clock_at_both)
+TEST(pcr, a_leap_is_judged_when_the_pid_is_a_program_clock_where_it_shows)
 {
     fed_meter fed;
     fed.program_clock = false;
     fed.pcr(0, 0, 0);
     fed.pcr(1, 0, 500 * ms);
-    fed.program_clock = true;
-    fed.pcr(2, 0, 1000 * ms);
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u);
     EXPECT_EQ(fed.meter.unflagged().count, 0u);
     EXPECT_FALSE(fed.meter.program_clock_measured());
-    fed.pcr(3, 0, 1500 * ms);
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 1u);
+    fed.program_clock = true;
+    fed.pcr(2, 0, 1000 * ms);
     EXPECT_EQ(fed.meter.unflagged().count, 1u);
     EXPECT_TRUE(fed.meter.program_clock_measured());
+    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u) << "its clock begins here";
+    fed.pcr(3, 0, 1500 * ms);
+    EXPECT_EQ(fed.meter.intervals().log(false).count, 1u);
+    EXPECT_EQ(fed.meter.unflagged().count, 2u);
     EXPECT_EQ(fed.row().discontinuities_unflagged, 3u);
+}
+
+TEST(pcr, the_wait_for_a_pcr_ends_where_no_pmt_names_the_pid_any_more)
+{
+    fed_meter fed;
+    fed.pcr(0, 0, 0);
+    fed.meter.on_program_clock_end(pid, moment_at(1, 100 * ms));
+    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u);
+
+    fed_meter late;
+    late.pcr(0, 0, 0);
+    late.meter.on_program_clock_end(pid, moment_at(1, 101 * ms));
+    EXPECT_EQ(late.meter.intervals().log(false).count, 1u);
 }
 
 TEST(pcr, the_first_pcr_comes_in_time_behind_the_pmt_that_asks_for_it)

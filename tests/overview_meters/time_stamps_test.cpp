@@ -114,13 +114,22 @@ TEST(time_stamps, it_is_measured_only_while_a_pmt_makes_the_pid_video_or_audio)
 {
     stamped_stream s;
     s.unit(video_pid, moment_at(0, 0), 1000);
-    s.meter.on_packet(s.unit_start(video_pid, moment_at(1, 400 * ms), pes_packet(0xE0, {}, 2000)), {},
+    s.meter.on_unlisted(video_pid, moment_at(1, 300 * ms));
+    s.meter.on_packet(s.unit_start(video_pid, moment_at(2, 400 * ms), pes_packet(0xE0, {}, 2000)), {},
                       stream_role());
-    s.unit(video_pid, moment_at(2, 800 * ms), 3000);
+    s.unit(video_pid, moment_at(3, 800 * ms), 3000);
     const time_stamp_facts row = s.row();
     EXPECT_EQ(row.pts.count, 2u);
     EXPECT_EQ(row.pts.arrival_interval_ticks.count, 0u);
     EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+}
+
+TEST(time_stamps, the_wait_for_a_pts_ends_where_no_pmt_names_the_pid_any_more)
+{
+    stamped_stream s;
+    s.unit(video_pid, moment_at(0, 0), 1000);
+    s.meter.on_unlisted(video_pid, moment_at(1, 701 * ms));
+    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 1u);
 }
 
 TEST(time_stamps, pts_arrive_every_700_ms_or_break_the_limit)

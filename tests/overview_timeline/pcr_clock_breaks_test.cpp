@@ -187,3 +187,46 @@ TEST(clock_breaks, a_late_clock_has_the_time_0_at_the_first_point_of_its_first_r
     EXPECT_TRUE(run.breaks().empty());
     EXPECT_EQ(run.clock.duration_ticks(), 110);
 }
+
+TEST(clock_breaks, the_first_span_may_be_65536_packets_long_and_no_longer)
+{
+    clock_run good;
+    good.add(one, 10, 0);
+    good.add(one, 10 + 65536, 65536);
+    good.end(10 + 65537);
+    EXPECT_EQ(good.time(65535), std::nullopt);
+    EXPECT_EQ(good.time(65536), 65526);
+    EXPECT_EQ(good.time(10 + 65536), 65536);
+
+    clock_run bad;
+    bad.add(one, 10, 0);
+    bad.add(one, 10 + 65537, 65537);
+    bad.end(10 + 65538);
+    EXPECT_EQ(bad.time(10 + 65537), std::nullopt);
+    EXPECT_FALSE(bad.clock.first_clock_pid());
+}
+
+TEST(clock_breaks, what_was_joined_before_a_change_of_clock_is_no_stretch)
+{
+    // Spans of 60 ms, each behind a change of clock: none of them is joined to another.
+    clock_run run;
+    uint64_t index = 0;
+    for (int i = 0; i < 45; ++i, index += 65537 + 10) {
+        run.add(one, index, 0);
+        run.add(one, index + 10, 1620000);
+    }
+    EXPECT_FALSE(run.clock.is_bitrate_constant());
+    for (uint64_t i = 1; i <= 40; ++i) run.add(one, index - 65537 + 10 * i, 1620000 * (i + 1));
+    EXPECT_TRUE(run.clock.is_bitrate_constant());
+}
+
+TEST(clock_breaks, what_was_joined_before_an_irregular_span_is_no_stretch)
+{
+    clock_run run;
+    uint64_t index = 0;
+    for (int i = 0; i < 45; ++i, index += 20) {
+        run.add(one, index, 0);
+        run.add(one, index + 10, 1620000);
+    }
+    EXPECT_FALSE(run.clock.is_bitrate_constant());
+}
