@@ -71,11 +71,77 @@ TEST(healthy, a_tdt_comes_each_30_s_with_jitter)
 TEST(healthy, an_stt_comes_each_second_with_jitter)
 {
     timed_multiplex stream = atsc_broadcast();
-    const bytes stt = long_section(0xCD, 0x0000, hex("00 40000001 12 6000"));
     for (unsigned ms = 12; ms < atsc_length_ms; ms += 1000) stream.clear(ms);
-    for (unsigned second = 0; second < atsc_length_ms / 1000; ++second)
-        stream.section(1000 * second + (second % 2 != 0 ? 49 : 1), 0x1FFB, stt);
+    for (unsigned second = 0; second < atsc_length_ms / 1000; ++second) {
+        const bytes body = join({hex("00"), big_endian(0x40000000u + second, 4), hex("12 6000")});
+        stream.section(1000 * second + (second % 2 != 0 ? 49 : 1), psip, long_section(0xCD, 0x0000, body));
+    }
     EXPECT_EQ(checks_with(check_outcome::fail, stream.packets()), check_ids());
+}
+
+TEST(healthy, a_program_changes_the_pid_of_its_sound)
+{
+    constexpr unsigned new_audio = 0x0105;
+    const bytes new_pmt = pmt_section(1, video,
+                                      {
+    },
+                                      {{0x02, video, {}}, {0x03, new_audio, {}}}, {.version_number = 1});
+    timed_multiplex stream = dvb_broadcast();
+    stream.replace(sections().first_pmt, 20000, new_pmt).without_data(audio, 20100, dvb_length_ms - 1);
+    for (unsigned ms = 19921; ms < dvb_length_ms; ms += 40) stream.unit(ms, new_audio, 0xC0, 100);
+    EXPECT_EQ(checks_with(check_outcome::fail, stream.packets()), check_ids());
+}
+
+TEST(healthy, a_program_changes_the_pid_of_its_clock)
+{
+    constexpr unsigned new_clock = 0x0105;
+    const bytes new_pmt = pmt_section(1, new_clock,
+                                      {
+    },
+                                      {{0x02, video, {}}, {0x03, audio, {}}}, {.version_number = 1});
+    timed_multiplex stream = dvb_broadcast();
+    stream.replace(sections().first_pmt, 20000, new_pmt).without_pcr(video, 20000, dvb_length_ms - 1);
+    for (unsigned ms = 19921; ms < dvb_length_ms; ms += 40) stream.pcr(ms, new_clock);
+    EXPECT_EQ(checks_with(check_outcome::fail, stream.packets()), check_ids());
+}
+
+TEST(healthy, a_program_leaves_the_multiplex)
+{
+    const bytes new_pat = pat_section(1,
+                                      {
+                                          {0, 0x10         },
+                                          {1, first_map_pid}
+    },
+                                      {.version_number = 1});
+    timed_multiplex stream = dvb_broadcast();
+    stream.replace(sections().pat, 20000, new_pat);
+    for (const unsigned pid : {second_map_pid, second_audio, unstamped, entitlements})
+        stream.without_pid(pid, 20000);
+    EXPECT_EQ(checks_with(check_outcome::fail, stream.packets()), check_ids());
+}
+
+TEST(healthy, a_program_comes_into_the_multiplex)
+{
+    const bytes old_pat = pat_section(1,
+                                      {
+                                          {0, 0x10         },
+                                          {1, first_map_pid}
+    },
+                                      {.version_number = 31});
+    timed_multiplex stream = dvb_broadcast();
+    stream.replace(sections().pat, 0, old_pat).replace(old_pat, 20000, sections().pat);
+    for (const unsigned pid : {second_map_pid, second_audio, unstamped, entitlements})
+        stream.without_pid(pid, 0, 20000);
+    EXPECT_EQ(checks_with(check_outcome::fail, stream.packets()), check_ids());
+}
+
+TEST(healthy, a_program_is_scrambled)
+{
+    bytes stream = dvb_broadcast().packets();
+    for (size_t at = 0; at < stream.size(); at += 188)
+        if (stream[at + 1] % 0x20 == second_audio >> 8 && stream[at + 2] <= 1 && (stream[at + 3] & 0x10) != 0)
+            stream[at + 3] |= (at / 188 / 10000) % 2 != 0 ? 0x80 : 0xC0; // even and odd keys
+    EXPECT_EQ(checks_with(check_outcome::fail, stream), check_ids());
 }
 
 TEST(healthy, null_packets_are_taken_out)

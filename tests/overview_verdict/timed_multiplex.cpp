@@ -63,6 +63,13 @@ timed_multiplex &timed_multiplex::away(const bytes &gone, unsigned first_ms, uns
     return section(first_ms, pid, gone).section(last_ms, pid, gone);
 }
 
+timed_multiplex &timed_multiplex::replace(const bytes &section, unsigned from_ms, const bytes &by)
+{
+    for (unsigned ms = from_ms; ms < slots.size(); ++ms)
+        if (slots[ms].data == section) slots[ms].data = by;
+    return *this;
+}
+
 timed_multiplex &timed_multiplex::without_pcr(unsigned pid, unsigned first_ms, unsigned last_ms)
 {
     for (unsigned ms = first_ms; ms <= last_ms; ++ms)
@@ -79,10 +86,10 @@ timed_multiplex &timed_multiplex::without_data(unsigned pid, unsigned first_ms, 
     return *this;
 }
 
-timed_multiplex &timed_multiplex::without_pid(unsigned pid)
+timed_multiplex &timed_multiplex::without_pid(unsigned pid, unsigned first_ms, unsigned fence_ms)
 {
-    for (slot &taken : slots)
-        if (taken.pid == pid) taken = {};
+    for (unsigned ms = first_ms; ms < slots.size() && ms < fence_ms; ++ms)
+        if (slots[ms].pid == pid) clear(ms);
     return *this;
 }
 

@@ -30,12 +30,14 @@ public:
 
     /// The section comes at the first of these milliseconds, next at the last, and not between.
     timed_multiplex &away(const bytes &section, unsigned first_ms, unsigned last_ms);
+    /// From that millisecond on another section comes in its place.
+    timed_multiplex &replace(const bytes &section, unsigned from_ms, const bytes &by);
     /// No PCR of the PID from the first to the last, both included.
     timed_multiplex &without_pcr(unsigned pid, unsigned first_ms, unsigned last_ms);
     /// No payload of the PID, and no PES packet.
     timed_multiplex &without_data(unsigned pid, unsigned first_ms, unsigned last_ms);
-    /// Nothing of the PID.
-    timed_multiplex &without_pid(unsigned pid);
+    /// Nothing of the PID from the first millisecond on, up to the one before the fence.
+    timed_multiplex &without_pid(unsigned pid, unsigned first_ms = 0, unsigned fence_ms = ~0u);
     /// Nothing in that slot.
     timed_multiplex &clear(unsigned ms);
 
