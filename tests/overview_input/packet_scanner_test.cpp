@@ -242,6 +242,37 @@ TEST(scanner, a_copy_is_looked_for_1024_packets_back)
     EXPECT_FALSE(scan(far.data()).steps.back().repeats_previous);
 }
 
+TEST(scanner, a_copy_is_found_two_blocks_back)
+{
+    stream_builder stream;
+    stream.padding(690).payload(0x0100, repeated(0x11, 184));
+    const bytes original(stream.data().end() - 188, stream.data().end());
+    stream.padding(1000).raw(original);
+    EXPECT_TRUE(scan(stream.data()).steps.back().repeats_previous);
+}
+
+TEST(scanner, behind_a_transport_error_a_packet_is_looked_at_whatever_its_counter)
+{
+    stream_builder stream = packets(3);
+    const bytes last(stream.data().end() - 188, stream.data().end());
+    stream.raw(last).flip_bit(1, 7).payload(0x0100, repeated(0x11, 184));
+    const scan_result result = scan(stream.data());
+    EXPECT_EQ(result.steps.back().kind, step_kind::packet);
+
+    stream_builder copied = packets(3);
+    copied.raw(last).flip_bit(1, 7).raw(last);
+    EXPECT_FALSE(scan(copied.data()).steps.back().repeats_previous);
+}
+
+TEST(scanner, behind_regained_sync_a_packet_is_looked_at_whatever_its_counter)
+{
+    const scan_result result = scan(with_zeros(packets(20).data(), 5 * 188, 10));
+    ASSERT_EQ(result.steps.size(), 5u);
+    EXPECT_EQ(result.steps[2].kind, step_kind::sync_loss);
+    EXPECT_EQ(result.steps[3].kind, step_kind::packet);
+    EXPECT_EQ(result.steps[4].kind, step_kind::run);
+}
+
 TEST(scanner, clock_packets_have_a_pcr_or_the_discontinuity_indicator)
 {
     stream_builder stream;

@@ -80,6 +80,22 @@ TEST(absence, a_run_lasts_from_its_first_to_its_last_packet)
     EXPECT_EQ(stream.meter.limit().findings(false).longest_ticks, 5 * ticks_per_second);
 }
 
+TEST(absence, each_interval_longer_than_those_before_is_seen)
+{
+    watched_stream stream;
+    stream.start();
+    stream.packets(0);
+    stream.packets(3);
+    stream.packets(7);
+    EXPECT_EQ(stream.finish(8).count, 0u);
+    EXPECT_EQ(stream.meter.limit().findings(false).longest_ticks, 4 * ticks_per_second);
+
+    watched_stream bad;
+    bad.start();
+    for (const uint64_t packet : {0u, 5u, 11u, 17u}) bad.packets(packet);
+    EXPECT_EQ(bad.finish(18).count, 2u);
+}
+
 TEST(absence, the_wait_for_the_first_packet_and_the_one_behind_the_last_count)
 {
     watched_stream late;
