@@ -20,7 +20,7 @@
 #include <vector>
 
 /// Streams and CA systems of all programs together; what a PMT names beyond them is not kept.
-constexpr uint64_t mapped_stream_limit = 16384;
+constexpr uint64_t mapped_stream_limit = 4096;
 
 class program_map {
 public:

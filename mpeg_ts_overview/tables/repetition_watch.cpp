@@ -5,6 +5,7 @@
 void repetition_watch::add_limit(std::optional<int64_t> ticks, bool is_tolerant)
 {
     limits.emplace_back(stretches, ticks, is_tolerant);
+    shortest_limit = std::min(shortest_limit, ticks.value_or(shortest_limit));
 }
 
 repetition_clock repetition_watch::started(const moment &at) const
@@ -68,7 +69,7 @@ void repetition_watch::settle_past(repetition_clock &clock, const watched_thing 
     const auto &past = stretches.past();
     for (auto over = std::lower_bound(past.begin(), past.end(), clock.stretch, is_before); over != past.end();
          ++over)
-        end_stretch(clock, *over, thing);
+        if (over->ticks() >= shortest_limit) end_stretch(clock, *over, thing);
 }
 
 void repetition_watch::end_stretch(repetition_clock &clock, const time_stretch &over,

@@ -6,6 +6,7 @@
 #include "mpeg_ts_overview/tables/time_stretches.h"
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 /// A clock of default values has run from the first moment with a time on.
@@ -46,4 +47,5 @@ private:
 
     const time_stretches &stretches;
     std::vector<repetition_limit> limits;
+    int64_t shortest_limit = std::numeric_limits<int64_t>::max();
 };

@@ -51,7 +51,8 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
         fence = number + (is_new || known->second.count(number) == 0 ? size_t{1} : 0);
     }
     if (first >= fence) return &known->second;
-    if (clock_count + (fence - first) > repetition_clock_limit) {
+    const bool only_arrivals = awaited == awaited_sections::that_have_come;
+    if (clock_count + (fence - first) > (only_arrivals ? arrival_clock_limit : repetition_clock_limit)) {
         ++not_kept;
         return is_new ? nullptr : &known->second;
     }

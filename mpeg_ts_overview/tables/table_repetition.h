@@ -11,8 +11,10 @@
 #include <optional>
 #include <vector>
 
-/// So many sections of the tables of one kind are watched, each section_number by itself.
-constexpr uint64_t repetition_clock_limit = 262144;
+/// So many sections of the tables of one kind are watched, each section_number by itself; more of those of
+/// which not every number is waited for.
+constexpr uint64_t repetition_clock_limit = 65536;
+constexpr uint64_t arrival_clock_limit = 262144;
 
 /// Which sections are waited for, and since when.
 enum class awaited_sections {

@@ -48,7 +48,8 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
 
     const std::pair<uint32_t, uint8_t> number(place->second, section.header.section_number);
     const auto record = records.find(number);
-    const section_record now = {section.at, section.crc_32, section.header.version_number};
+    const section_record now = {section.at.ticks, section.at.stretch, section.crc_32,
+                                section.header.version_number};
     if (record != records.end()) {
         compare(row, record->second, section);
         record->second = now;
@@ -69,7 +70,10 @@ void table_rows::note_version(table_facts &row, const table_section &section)
 
 void table_rows::compare(table_facts &row, const section_record &before, const table_section &section)
 {
-    if (const std::optional<int64_t> interval = interval_between(before.at, section.at))
+    moment last;
+    last.ticks = before.ticks;
+    last.stretch = before.stretch;
+    if (const std::optional<int64_t> interval = interval_between(last, section.at))
         row.interval_ticks.add(*interval);
     if (!is_long(section) || !must_change_version(row.table_id)) return;
     if (section.header.version_number != before.version_number || section.crc_32 == before.crc_32) return;

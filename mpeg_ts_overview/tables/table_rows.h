@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <utility>
 
 constexpr uint64_t table_row_limit = 65536;
@@ -27,7 +28,8 @@ public:
 private:
     /// The last arrival of a section_number.
     struct section_record {
-        moment at;
+        std::optional<int64_t> ticks;
+        int64_t stretch = -1;
         uint32_t crc_32 = 0;
         uint8_t version_number = 0;
     };

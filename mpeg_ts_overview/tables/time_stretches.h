@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <deque>
 #include <optional>
+#include <vector>
 
 struct time_stretch {
     moment first;
@@ -40,9 +40,9 @@ public:
     /// The stretch that goes on; none before the first moment with a time.
     const std::optional<time_stretch> &current() const { return in_hand; }
 
-    /// The latest stretches that are over and are long enough, in order. So many are kept that nothing but a
-    /// stream made for it has more.
-    const std::deque<time_stretch> &past() const { return over; }
+    /// The first stretches that are over and were long enough, in order. Their number is limited, so that no
+    /// clock ever looks at more; what stays away in later ones is a fault missed.
+    const std::vector<time_stretch> &past() const { return over; }
 
     /// The first and the last moment whose times are sure, be the bit rate constant or not.
     const std::optional<moment> &first_sure() const { return sure_from; }
@@ -53,7 +53,7 @@ private:
 
     int64_t shortest;
     std::optional<time_stretch> in_hand;
-    std::deque<time_stretch> over;
+    std::vector<time_stretch> over;
     std::optional<moment> sure_from;
     std::optional<moment> sure_to;
     int64_t longest = 0;
