@@ -34,7 +34,7 @@ TEST_F(guide_found, the_source_is_that_of_the_table_and_section)
 TEST_F(guide_found, events_of_other_streams_are_counted_only)
 {
     const bytes two = join({eit_entry(1, "C079 000000", "000000"), eit_entry(2, "C079 000000", "000000")});
-    for (const unsigned table_id : {0x4F, 0x60, 0x6F}) receive(eit_section(table_id, 1, two));
+    for (const unsigned table_id : {0x4Fu, 0x60u, 0x6Fu}) receive(eit_section(table_id, 1, two));
     receive(eit_section(0x4F, 1, two));
     const guide_facts facts = guide.finish();
     EXPECT_TRUE(facts.events.empty());
