@@ -108,9 +108,9 @@ void eit_watch::finish(const moment &end_of_recording)
 void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_only)
 {
     const size_t number = sure_times_only ? 1 : 0;
-    for (const auto &arrivals : first_arrivals) {
-        const auto &key = arrivals.first;
-        const auto &first = arrivals.second;
+    for (const auto &table : first_arrivals) {
+        const auto &key = table.first;
+        const auto &first = table.second;
         const bool is_actual = key.table_id == eit_present_following_actual_table_id;
         const int64_t limit =
             is_actual ? eit_present_following_interval_ticks : eit_present_following_other_interval_ticks;
