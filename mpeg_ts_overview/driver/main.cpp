@@ -1,8 +1,10 @@
+#include "mpeg_ts_overview/contents/utf8_text.h"
 #include "mpeg_ts_overview/driver/command_line.h"
 #include "mpeg_ts_overview/driver/interrupt.h"
 #include "mpeg_ts_overview/driver/overview_of.h"
 #include "mpeg_ts_overview/driver/overview_outputs.h"
 #include "mpeg_ts_overview/driver/recording_file.h"
+#include "mpeg_ts_overview/driver/standard_streams.h"
 #include "mpeg_ts_overview/driver/unfinished_outputs.h"
 
 #include <fmt/format.h>
@@ -36,13 +38,6 @@ overview_request request_of(const overview_options &options)
     return request;
 }
 
-/// Says on standard error why the run ends with status 1.
-int failed(const std::string &reason)
-{
-    std::fprintf(stderr, "mpeg_ts_overview: %s\n", reason.c_str());
-    return 1;
-}
-
 /// What ended the reading, in words; empty when it was the end of the recording.
 std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
 {
@@ -72,19 +67,21 @@ int run(const overview_options &options)
 {
     recording_file file;
     if (!file.open(options.input))
-        return failed(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+        return say_failure(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
     overview_outputs outputs;
-    if (!outputs.open(options, file.identity())) return failed(outputs.error());
+    if (!outputs.open(options, file.identity())) return say_failure(outputs.error());
 
     overview found;
-    found.recording.path = options.input;
+    found.recording.path = valid_utf8(options.input);
     const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
     const reading_outcome outcome = overview_of(source, request_of(options), found);
     file.end_progress();
     const std::string reason = reason_of(outcome, file, options.input);
     // What was read before an error is not lost.
-    if (found.recording.packet_size != 0 && !outputs.write(found)) return failed(outputs.error());
-    if (!reason.empty()) return failed(reason);
+    if (found.recording.packet_size != 0 && !outputs.write(found)) return say_failure(outputs.error());
+    // What an interrupt left unread may have had some.
+    if (outcome == reading_outcome::no_packets && interrupt_noted()) return 1;
+    if (!reason.empty()) return say_failure(reason);
     return a_check_fails(found, options.checked) ? 2 : 0;
 }
 
@@ -92,6 +89,7 @@ int run(const overview_options &options)
 
 int main(int argc, char **argv)
 {
+    standard_streams_hold_their_places();
     overview_options options;
     if (const auto status = parse_command_line(argc, argv, &options)) return *status;
 
