@@ -2,16 +2,29 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
+#include <string_view>
 
 namespace {
 
 void append(std::string &line, const ordered_json &value);
 
-std::string dump_of(const ordered_json &value)
+/// Whether the text stands for itself between quotes.
+bool is_plain(std::string_view text)
 {
-    return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+}
+
+void append_text(std::string &line, const std::string &text)
+{
+    if (is_plain(text))
+        line.append("\"").append(text).append("\"");
+    else
+        line += ordered_json(text).dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
 void append_number(std::string &line, double number)
@@ -30,7 +43,8 @@ void append_object(std::string &line, const ordered_json &object)
     char before = '{';
     for (const auto &[name, member] : object.items()) {
         line += before;
-        line.append(dump_of(name)).append(":");
+        append_text(line, name);
+        line += ':';
         append(line, member);
         before = ',';
     }
@@ -56,8 +70,12 @@ void append(std::string &line, const ordered_json &value)
         append_list(line, value);
     else if (value.is_number_float())
         append_number(line, value.get<double>());
+    else if (value.is_string())
+        append_text(line, value.get_ref<const std::string &>());
+    else if (value.is_number_unsigned())
+        fmt::format_to(std::back_inserter(line), "{}", value.get<uint64_t>());
     else
-        line += dump_of(value);
+        line += value.dump();
 }
 
 } // namespace

@@ -49,6 +49,15 @@ TEST(json_line, what_is_no_number_is_null)
     EXPECT_EQ(json_line(std::numeric_limits<double>::quiet_NaN()), "null");
 }
 
+TEST(json_line, texts_are_escaped_as_the_library_does)
+{
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string text = {'a', static_cast<char>(byte), 'b'};
+        EXPECT_EQ(json_line(text),
+                  ordered_json(text).dump(-1, ' ', false, ordered_json::error_handler_t::replace));
+    }
+}
+
 TEST(json_line, lists_and_objects_keep_their_order)
 {
     const ordered_json value = {
