@@ -62,14 +62,21 @@ bool a_check_fails(const overview &found, const std::vector<int> &priorities)
     });
 }
 
+/// Says why there is nothing to read or to write, unless it is that an interrupt came first. Returns the exit
+/// status.
+int nothing_done(const std::string &reason)
+{
+    return interrupt_noted() ? 1 : say_failure(reason);
+}
+
 /// Returns the exit status.
 int run(const overview_options &options)
 {
     recording_file file;
     if (!file.open(options.input))
-        return say_failure(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+        return nothing_done(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
     overview_outputs outputs;
-    if (!outputs.open(options, file.identity())) return say_failure(outputs.error());
+    if (!outputs.open(options, file.identity())) return nothing_done(outputs.error());
 
     overview found;
     found.recording.path = valid_utf8(options.input);
@@ -79,8 +86,7 @@ int run(const overview_options &options)
     const std::string reason = reason_of(outcome, file, options.input);
     // What was read before an error is not lost.
     if (found.recording.packet_size != 0 && !outputs.write(found)) return say_failure(outputs.error());
-    // What an interrupt left unread may have had some.
-    if (outcome == reading_outcome::no_packets && interrupt_noted()) return 1;
+    if (outcome == reading_outcome::no_packets) return nothing_done(reason);
     if (!reason.empty()) return say_failure(reason);
     return a_check_fails(found, options.checked) ? 2 : 0;
 }

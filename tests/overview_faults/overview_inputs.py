@@ -121,6 +121,25 @@ def interrupt_before_any_packet():
     expect_files()
 
 
+def interrupt_while_a_pipe_has_no_other_end():
+    os.mkfifo("fifo")
+    for arguments in (["fifo"], ["--json=fifo", RECORDING]):
+        running = subprocess.Popen([PROGRAM, *arguments], stderr=subprocess.PIPE)
+        # It takes signals and then waits in open().
+        wait_for(lambda: catches(running.pid, signal.SIGINT))
+        wait_for(lambda: contents(f"/proc/{running.pid}/stat").rsplit(b")", 1)[1].split()[0] == b"S")
+        running.send_signal(signal.SIGINT)
+        assert running.wait(60) == -signal.SIGINT
+        assert running.stderr.read() == b""
+    expect_files("fifo")
+
+
+def catches(process, number):
+    with open(f"/proc/{process}/status", encoding="ascii") as file:
+        caught = next(int(line.split()[1], 16) for line in file if line.startswith("SigCgt"))
+    return caught >> (number - 1) & 1
+
+
 def interrupt_with_every_output():
     with open("summary", "wb") as summary:
         running = start_slow("--json=out.json", "--html=out.html", "--text", stdout=summary)
@@ -159,7 +178,8 @@ def names_that_are_no_utf_8():
 
 
 CASES = [input_grows, input_shrinks, input_shrinks_to_nothing, input_grows_while_it_is_read, reading_fails,
-         reading_fails_at_once, input_is_closed, interrupt_before_any_packet, interrupt_with_every_output,
+         reading_fails_at_once, input_is_closed, interrupt_before_any_packet,
+         interrupt_while_a_pipe_has_no_other_end, interrupt_with_every_output,
          names_with_controls, names_that_are_no_utf_8]
 
 if __name__ == "__main__":
