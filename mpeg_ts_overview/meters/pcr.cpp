@@ -33,7 +33,7 @@ void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequen
     }
     // A copy has no PCR of its own.
     const bool has_PCR = packet.PCR && !sequence.duplicate;
-    if (packet.pid == mpeg_ts_padding_pid || (!has_PCR && number_of[packet.pid] == 0)) return;
+    if (!has_PCR && number_of[packet.pid] == 0) return;
 
     pid_clock &clock = clock_of(packet.pid);
     clock.flagged |= packet.discontinuity_indicator;
