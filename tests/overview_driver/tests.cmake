@@ -1,5 +1,6 @@
 add_tests_of(overview_driver
     command_line_test.cpp
+    interrupt_test.cpp
     limit_value_test.cpp
     output_file_test.cpp
     overview_of_test.cpp)
