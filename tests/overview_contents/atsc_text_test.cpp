@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "tests/overview_contents/well_formed.h"
+#include "tests/support/well_formed.h"
 #include "tests/support/hex.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <random>
 
-#include "tests/overview_contents/well_formed.h"
+#include "tests/support/well_formed.h"
 #include "tests/support/hex.h"
 
 namespace {
