@@ -3,6 +3,7 @@ add_tests_of(overview_contents
     atsc_text_test.cpp
     character_table_test.cpp
     codec_audio_test.cpp
+    codec_descriptors_test.cpp
     codec_details_text_test.cpp
     codec_h264_test.cpp
     codec_hevc_test.cpp
