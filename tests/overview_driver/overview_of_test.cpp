@@ -374,6 +374,25 @@ TEST(overview, faults_beyond_500_groups_are_counted)
     EXPECT_EQ(limit_of(found, "faults").dropped, 10u);
 }
 
+TEST(overview, a_stop_of_the_analyser_ends_the_transcript_and_nothing_else)
+{
+    // The analyser ends its run where an MGT puts a table on a PID that has another.
+    const bytes mgt = long_section(0xC7, 0, hex("00 0001  0100 E011 E0 00000000 F000  F000"));
+    const bytes services = long_section(0x42, 1, hex("0002 FF 0001 FF 8000"));
+    stream_builder stream;
+    stream.section(0x1FFB, mgt).section(0x0011, services).section(0x0011, services).pcr(clock_pid, 0);
+    stream.section(0, pat_section(1, {
+                                         {1, 0x100}
+    }));
+    const overview found = found_in(stream.data());
+    EXPECT_EQ(found.transcript.note, "ends at packet 0, where the analyser stops: PID 0x1ffb, table_id 0xc7");
+    EXPECT_EQ(found.transcript.entries.size(), 1u);
+    EXPECT_EQ(found.standard, "ATSC");
+    EXPECT_EQ(found.tables.rows.size(), 3u);
+    EXPECT_EQ(found.programs.size(), 1u);
+    EXPECT_EQ(found.recording.packets, 5u);
+}
+
 TEST(overview, what_stands_before_the_first_packet_and_behind_the_last_is_no_fault)
 {
     const overview found = found_in(join({repeated(0, 1000), steady(3000), repeated(0x47, 100)}));
