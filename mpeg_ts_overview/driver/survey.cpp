@@ -204,5 +204,7 @@ void survey::note_limits_reached(overview &found) const
     add("PCR PIDs", pcr_pid_limit, pcr.pids_not_kept());
     add("margin series", margin_series_limit, time_stamps.margin_series_not_kept());
     add("breaks", time_break_limit, breaks.not_kept);
+    add("transcript", transcript_text_limit, found.transcript.sections_not_kept);
+    add("faults", fault_group_limit, found.transcript.faults_not_kept);
     tables.add_to(found.limits_reached);
 }
