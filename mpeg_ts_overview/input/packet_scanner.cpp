@@ -63,7 +63,7 @@ bool packet_scanner::find_packets()
 std::unique_ptr<block> packet_scanner::read_block()
 {
     std::unique_ptr<block> b = pool.take();
-    uint8_t *const fresh = b->storage.get() + block_headroom;
+    uint8_t *const fresh = b->room();
     const size_t left = recent.empty() ? 0 : static_cast<size_t>(recent.back()->fence - p);
 
     if (left > 0) std::memcpy(fresh - left, p, left);
