@@ -20,12 +20,21 @@ enum class step_kind : uint8_t {
 
 struct scan_step {
     const uint8_t *start = nullptr; ///< sync byte of the first packet, or where it should be
-    const int64_t *arrival =
-        nullptr;        ///< unwrapped arrival ticks of the packets, one each; null without stamps
-    uint64_t index = 0; ///< of the first packet
-    uint32_t count = 0; ///< packets; 0 for what is no packet
+    uint64_t index = 0;             ///< of the first packet
+    uint32_t count = 0;             ///< packets; 0 for what is no packet
+    uint32_t header = 0;            ///< of a run: the first four bytes of its first packet
     step_kind kind = step_kind::packet;
     bool repeats_previous = false; ///< see ts_packet
+
+    /// Leaves out the first packets.
+    void pass(uint32_t packets, size_t packet_size)
+    {
+        constexpr uint32_t continuity_counter = 0x0000000F;
+        start += packets * packet_size;
+        index += packets;
+        count -= packets;
+        header = (header & ~continuity_counter) | ((header + packets) & continuity_counter);
+    }
 };
 
 /// A copy by the kernel to where no cache line begins takes half as long again.
