@@ -87,10 +87,8 @@ std::unique_ptr<block> packet_scanner::read_block()
 std::unique_ptr<block> packet_scanner::next_block()
 {
     if (pending == nullptr && at_end) return nullptr;
-    const bool is_first = pending != nullptr;
-    std::unique_ptr<block> b = is_first ? std::move(pending) : read_block();
-
-    release_blocks();
+    release_blocks(); // first, so that the next block is one that is still in the cache
+    std::unique_ptr<block> b = pending != nullptr ? std::move(pending) : read_block();
     recent.push_back(b.get());
     b->in_sync_from = p;
     b->in_sync_index = b->first_index = b->fence_index = index;
