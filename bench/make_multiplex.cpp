@@ -155,10 +155,16 @@ private:
     int64_t unit = 0;
 };
 
-/// The packets of sections, again and again.
+/// The packets of sections, again and again; a packet's rest is filled by the next section, but for every
+/// 16th.
 source carousel(unsigned pid, int64_t period, const std::vector<bytes> &sections)
 {
-    const bytes packets = stream_builder().sections(pid, sections).data();
+    constexpr long together = 16;
+    stream_builder stream;
+    for (auto first = sections.begin(); first < sections.end();
+         first += std::min(together, sections.end() - first))
+        stream.sections(pid, {first, first + std::min(together, sections.end() - first)});
+    const bytes packets = stream.data();
     size_t next = 0;
     const auto count = static_cast<int64_t>(packets.size() / packet_size);
     return {pid, period, count, [packets, next](uint8_t *packet, int64_t) mutable {
