@@ -38,14 +38,15 @@ overview_request request_of(const overview_options &options)
     return request;
 }
 
-/// What ended the reading, in words; empty when it was the end of the recording.
+/// What ended the reading, in words; empty when it was the end of the recording, or an interrupt.
 std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
 {
     switch (outcome) {
     case reading_outcome::done:
         return "";
     case reading_outcome::no_packets:
-        return "no transport packets found";
+        // Who stopped the reading knows that there may be more behind.
+        return interrupt_noted() ? "" : "no transport packets found";
     case reading_outcome::no_arrival_time_stamps:
         return "--clock=arrival: only packets of 192 bytes have arrival time stamps";
     case reading_outcome::read_error:
@@ -86,7 +87,6 @@ int run(const overview_options &options)
     const std::string reason = reason_of(outcome, file, options.input);
     // What was read before an error is not lost.
     if (found.recording.packet_size != 0 && !outputs.write(found)) return say_failure(outputs.error());
-    if (outcome == reading_outcome::no_packets) return nothing_done(reason);
     if (!reason.empty()) return say_failure(reason);
     return a_check_fails(found, options.checked) ? 2 : 0;
 }

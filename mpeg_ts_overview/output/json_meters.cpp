@@ -123,9 +123,8 @@ ordered_json json_of(const pcr_facts &facts)
 
 ordered_json json_of(const time_stamp_facts &facts)
 {
-    const bool has_margins = facts.margin_ticks.count > 0 || facts.unrelated > 0;
     const auto of_margins = [&](uint64_t count) {
-        return has_margins ? ordered_json(count) : ordered_json(nullptr);
+        return facts.has_margins() ? ordered_json(count) : ordered_json(nullptr);
     };
     return {
         {"pid",           facts.pid                                   },

@@ -111,16 +111,6 @@ def input_is_closed():
     expect_files()
 
 
-def interrupt_before_any_packet():
-    running = subprocess.Popen([PROGRAM, "--json=out.json", "--html=out.html", "-"], stdin=subprocess.PIPE,
-                               stderr=subprocess.PIPE)
-    wait_for(lambda: len(unfinished()) == 2)
-    running.send_signal(signal.SIGINT)
-    assert running.wait(60) == -signal.SIGINT
-    assert running.stderr.read() == b"", "nothing was looked at"
-    expect_files()
-
-
 def interrupt_while_a_pipe_has_no_other_end():
     os.mkfifo("fifo")
     for arguments in (["fifo"], ["--json=fifo", RECORDING]):
@@ -178,8 +168,7 @@ def names_that_are_no_utf_8():
 
 
 CASES = [input_grows, input_shrinks, input_shrinks_to_nothing, input_grows_while_it_is_read, reading_fails,
-         reading_fails_at_once, input_is_closed, interrupt_before_any_packet,
-         interrupt_while_a_pipe_has_no_other_end, interrupt_with_every_output,
+         reading_fails_at_once, input_is_closed, interrupt_while_a_pipe_has_no_other_end, interrupt_with_every_output,
          names_with_controls, names_that_are_no_utf_8]
 
 if __name__ == "__main__":
