@@ -1,4 +1,3 @@
-#include "mpeg_ts_overview/contents/utf8_text.h"
 #include "mpeg_ts_overview/driver/command_line.h"
 #include "mpeg_ts_overview/driver/interrupt.h"
 #include "mpeg_ts_overview/driver/overview_of.h"
@@ -6,6 +5,7 @@
 #include "mpeg_ts_overview/driver/recording_file.h"
 #include "mpeg_ts_overview/driver/standard_streams.h"
 #include "mpeg_ts_overview/driver/unfinished_outputs.h"
+#include "text/utf8_valid.h"
 
 #include <fmt/format.h>
 
@@ -80,7 +80,7 @@ int run(const overview_options &options)
     if (!outputs.open(options, file.identity())) return nothing_done(outputs.error());
 
     overview found;
-    found.recording.path = valid_utf8(options.input);
+    found.recording.path = utf8_valid(options.input);
     const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
     const reading_outcome outcome = overview_of(source, request_of(options), found);
     file.end_progress();
