@@ -129,10 +129,8 @@ rates_facts rates_meter::finish(std::optional<int64_t> duration_ticks)
     size_t buckets = 0;
 
     end_bucket();
-    if (duration > 0 && last_ticks) {
-        found.bucket_ticks = bucket_ticks_of(*last_ticks);
-        buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
-    }
+    if (last_ticks) found.bucket_ticks = bucket_ticks_of(*last_ticks);
+    if (last_ticks && duration > 0) buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
     found.whole = facts_of(whole, duration, buckets);
     for (const uint16_t pid : order) found.pids.push_back({pid, facts_of(states[pid], duration, buckets)});
     return found;
