@@ -3,12 +3,12 @@
 
 #include "mpeg_ts_overview/model/table_facts.h"
 #include "mpeg_ts_overview/model/violation_log.h"
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 #include "mpeg_ts_overview/tables/table_key.h"
 
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 
 constexpr uint64_t table_row_limit = 65536;
 constexpr uint64_t section_record_limit = 262144; ///< of one section_number each, of all rows together
@@ -38,6 +38,11 @@ private:
 
     tables_facts tables;
     violation_log changed;
-    std::unordered_map<table_key, uint32_t, table_key_hash> row_of;
-    std::unordered_map<uint64_t, section_record> records; ///< by row * 256 + section_number
+    struct number_hash {
+        size_t operator()(uint64_t number) const;
+    };
+
+    flat_map<table_key, uint32_t, table_key_hash> row_of; ///< its number, from 1 on
+    /// By number of the row * 256 + section_number.
+    flat_map<uint64_t, section_record, number_hash> records;
 };
