@@ -204,4 +204,7 @@ void survey::note_limits_reached(overview &found) const
     add("margin series", margin_series_limit, time_stamps.margin_series_not_kept());
     add("breaks", time_break_limit, breaks.not_kept);
     tables.add_to(found.limits_reached);
+    const transcript_facts &transcript = found.transcript;
+    add("transcript", transcript.entries.size(), transcript.sections_not_kept);
+    add("faults", fault_group_limit, transcript.faults_not_kept);
 }

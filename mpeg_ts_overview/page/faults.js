@@ -16,20 +16,23 @@ export function faults_part(found) {
     const {faults, breaks, recording} = found;
     if (faults.length === 0 && breaks.length === 0) return null;
     const sorted = [...faults].sort((a, b) => b.count - a.count);
-    const sum = faults.reduce((total, group) => total + group.count, 0);
     return part(
         "faults",
         "Faults and breaks",
-        counted_text(sum, "fault", "faults") +
-            " in " +
-            counted_text(faults.length, "group", "groups") +
-            ", " +
-            counted_text(breaks.length, "break", "breaks") +
-            " of time",
+        summary_text(faults, breaks),
         recording.duration_s ? fault_dots(found, sorted) : null,
         faults.length === 0 ? null : fault_table(sorted),
         breaks.length === 0 ? null : break_table(breaks),
     );
+}
+
+function summary_text(faults, breaks) {
+    const sum = faults.reduce((total, group) => total + group.count, 0);
+    const groups = counted_text(faults.length, "group", "groups");
+    const texts = [];
+    if (sum > 0) texts.push(counted_text(sum, "fault", "faults") + " in " + groups);
+    if (breaks.length > 0) texts.push(counted_text(breaks.length, "break", "breaks") + " of time");
+    return texts.join(", ");
 }
 
 function fault_dots({rates, breaks, recording}, sorted) {
