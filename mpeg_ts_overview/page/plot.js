@@ -9,6 +9,7 @@ import {on_time_window, time_window} from "./time_window.js";
 const waiting = []; // plots that are not on the page yet
 const plots = []; // those that are
 const quiet_ms = 700;
+const pause_ms = 50; // between plots out of view, for hands on the page
 let later = 0; // a timer
 const values_in_readout = 8;
 const axis_height = 22;
@@ -114,14 +115,14 @@ addEventListener("afterprint", () => {
 
 /// Browsers print a plot only if it was drawn before, so those out of view are brought up to date too: one
 /// after the other, when the page has been left alone for a while.
-function draw_later() {
+function draw_later(wait_ms = quiet_ms) {
     clearTimeout(later);
     later = setTimeout(() => {
         const next = plots.find((state) => state.stale && state.area.clientWidth > 0);
         if (!next) return;
         draw(next);
-        draw_later();
-    }, quiet_ms);
+        draw_later(pause_ms);
+    }, wait_ms);
 }
 
 function draw(state) {

@@ -5,6 +5,7 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 from selenium.webdriver.common.action_chains import ActionChains
@@ -381,6 +382,12 @@ class PageTest(unittest.TestCase):
                         self.assertEqual(self.browser.run("return document.documentElement.scrollWidth"), width)
                         paper = self.browser.run("return getComputedStyle(document.body).backgroundColor")
                         self.assertEqual(paper, "rgb(20, 24, 27)" if dark else "rgb(247, 247, 245)")
+
+    def test_plots_out_of_view_are_drawn_before_one_prints(self):
+        self.open("faulty")
+        time.sleep(2.5)
+        for plot in self.plots():
+            self.assertTrue(plot.find_elements("tag name", "canvas"), plot.get_attribute("aria-label"))
 
     def test_printing_shows_plots_and_tables_and_a_closed_transcript(self):
         self.open("faulty")
