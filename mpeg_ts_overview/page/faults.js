@@ -21,7 +21,7 @@ export function faults_part(found) {
         "Faults and breaks",
         summary_text(faults, breaks),
         recording.duration_s ? fault_dots(found, sorted) : null,
-        faults.length === 0 ? null : fault_table(sorted),
+        faults.length === 0 ? null : fault_table(sorted, recording.duration_s !== null),
         breaks.length === 0 ? null : break_table(breaks),
     );
 }
@@ -89,7 +89,7 @@ function packet_times({bucket_s, whole}) {
     };
 }
 
-function fault_table(sorted) {
+function fault_table(sorted, has_dots) {
     return element(
         "div",
         {},
@@ -127,8 +127,10 @@ function fault_table(sorted) {
         ),
         note(
             "Lines of the transcript that tell of a fault, those that differ only in numbers in one group. " +
-                "Dots between the first and the last of a group are placed by packet number, " +
-                "for its first 100 packets.",
+                (has_dots
+                    ? "Dots between the first and the last of a group are placed by packet number, " +
+                      "for its first 100 packets."
+                    : ""),
         ),
     );
 }

@@ -1,6 +1,6 @@
 // The programme guide: for each service what is on, what follows, then the schedule by day.
 import {element, lazy_details, note, part} from "./elements.js";
-import {counted_text, planned_text, time_text, utc_text} from "./figures.js";
+import {counted_text, hex_text, planned_text, time_text, utc_text} from "./figures.js";
 
 const events_open = 40; // of so many events or fewer all are shown at once
 
@@ -17,7 +17,7 @@ export function guide_part(found) {
         ? ", " + counted_text(found.guide.others, "event", "events") + " of other streams came too"
         : "";
     const boxes = [...services].map(([service, its]) =>
-        service_box(names.get(service) || "service " + service, its),
+        service_box(names.get(service) || "service " + hex_text(service, 4), its),
     );
     if (events.length <= events_open) for (const box of boxes) box.open = true;
     return part(

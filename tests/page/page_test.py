@@ -5,7 +5,6 @@ import pathlib
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 from selenium.webdriver.common.action_chains import ActionChains
@@ -385,9 +384,9 @@ class PageTest(unittest.TestCase):
 
     def test_plots_out_of_view_are_drawn_before_one_prints(self):
         self.open("faulty")
-        time.sleep(2.5)
-        for plot in self.plots():
-            self.assertTrue(plot.find_elements("tag name", "canvas"), plot.get_attribute("aria-label"))
+        drawn = lambda: [bool(plot.find_elements("tag name", "canvas")) for plot in self.plots()]
+        self.assertFalse(all(drawn()))
+        self.browser.wait_for(lambda: all(drawn()), "all plots", seconds=15)
 
     def test_printing_shows_plots_and_tables_and_a_closed_transcript(self):
         self.open("faulty")
