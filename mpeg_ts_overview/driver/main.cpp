@@ -43,14 +43,15 @@ int failed(const std::string &reason)
     return 1;
 }
 
-/// What ended the reading, in words; empty when it was the end of the recording.
+/// What ended the reading, in words; empty when it was the end of the recording, or an interrupt.
 std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
 {
     switch (outcome) {
     case reading_outcome::done:
         return "";
     case reading_outcome::no_packets:
-        return "no transport packets found";
+        // Who stopped the reading knows that there may be more behind.
+        return interrupt_noted() ? "" : "no transport packets found";
     case reading_outcome::no_arrival_time_stamps:
         return "--clock=arrival: only packets of 192 bytes have arrival time stamps";
     case reading_outcome::read_error:
@@ -71,8 +72,10 @@ bool a_check_fails(const overview &found, const std::vector<int> &priorities)
 int run(const overview_options &options)
 {
     recording_file file;
-    if (!file.open(options.input))
+    if (!file.open(options.input)) {
+        if (interrupt_noted()) return 1; // nobody asks why any more
         return failed(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+    }
     overview_outputs outputs;
     if (!outputs.open(options, file.identity())) return failed(outputs.error());
 

@@ -28,6 +28,8 @@ std::string description_of(const program_stream &stream)
 {
     std::string text = stream.name;
     if (!stream.details.empty()) text.append(" ").append(stream.details);
+    // Nearly all MPEG-2 video has this profile: the line is shorter without.
+    if (stream.name == "MPEG-2 video") text.erase(std::min(text.find(" Main@"), text.size()));
     if (stream.absent) text += " (absent)";
     return without_controls(text);
 }

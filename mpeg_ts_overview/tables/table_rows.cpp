@@ -46,7 +46,7 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
     if (!is_current(section)) return;
     if (is_long(section)) note_version(row, section);
 
-    const std::pair<uint32_t, uint8_t> number(place->second, section.header.section_number);
+    const uint64_t number = uint64_t{place->second} * 256 + section.header.section_number;
     const auto record = records.find(number);
     const section_record now = {section.at.ticks, section.at.stretch, section.crc_32,
                                 section.header.version_number};

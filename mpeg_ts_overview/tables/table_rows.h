@@ -7,9 +7,8 @@
 #include "mpeg_ts_overview/tables/table_key.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <utility>
+#include <unordered_map>
 
 constexpr uint64_t table_row_limit = 65536;
 constexpr uint64_t section_record_limit = 262144; ///< of one section_number each, of all rows together
@@ -39,6 +38,6 @@ private:
 
     tables_facts tables;
     violation_log changed;
-    std::map<table_key, uint32_t> row_of;
-    std::map<std::pair<uint32_t, uint8_t>, section_record> records; ///< by row and section_number
+    std::unordered_map<table_key, uint32_t, table_key_hash> row_of;
+    std::unordered_map<uint64_t, section_record> records; ///< by row * 256 + section_number
 };

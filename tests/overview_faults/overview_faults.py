@@ -218,6 +218,31 @@ def termination():
     interrupt(signal.SIGTERM)
 
 
+def interrupt_before_any_packet():
+    # Nobody knows whether there are packets behind: nothing is written, nothing is said.
+    for sent in (signal.SIGINT, signal.SIGTERM):
+        write("out.json", b"before")
+        running = subprocess.Popen([PROGRAM, "--json=out.json", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        wait_for(unfinished)
+        time.sleep(0.5)
+        running.send_signal(sent)
+        assert running.wait(60) == -sent
+        assert running.stdout.read() == b"" and running.stderr.read() == b""
+        assert contents("out.json") == b"before"
+        expect_files("out.json")
+
+
+def interrupt_before_the_input_opens():
+    os.mkfifo("pipe")
+    running = subprocess.Popen([PROGRAM, "--json=out.json", "pipe"], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    time.sleep(1)
+    running.send_signal(signal.SIGINT)
+    assert running.wait(60) == -signal.SIGINT
+    assert running.stdout.read() == b"" and running.stderr.read() == b""
+    expect_files("pipe")
+
+
 def second_interrupt():
     # The JSON goes first, to a pipe that nobody reads; the page cannot become whole.
     reading, writing = small_pipe()
@@ -283,8 +308,8 @@ def constant_memory():
 
 CASES = [exit_statuses, outputs_are_renamed, what_is_replaced_stays_until_the_end, links_are_written_through,
          pipes_are_written_in_place, unwritable_folder, full_disk, file_size_limit, output_is_the_input,
-         nothing_found_replaces_nothing, interrupt, termination, second_interrupt, hang_up, closed_pipe,
-         standard_input, constant_memory]
+         nothing_found_replaces_nothing, interrupt, termination, interrupt_before_any_packet,
+         interrupt_before_the_input_opens, second_interrupt, hang_up, closed_pipe, standard_input, constant_memory]
 
 if __name__ == "__main__":
     signal.signal(signal.SIGINT, signal.default_int_handler)  # a child would inherit that it is ignored

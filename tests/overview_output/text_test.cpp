@@ -30,6 +30,16 @@ TEST(text, everything_at_once)
 )");
 }
 
+TEST(text, the_usual_profile_of_mpeg_2_video_is_left_out)
+{
+    overview found = sample_overview();
+    program_stream &stream = found.programs[0].streams[0];
+    stream.details = "1280x720 25p Main@High 1440";
+    EXPECT_EQ(summary_text(found, false), summary_text(sample_overview(), false));
+    stream.details = "1280x720 25p 4:2:2@High";
+    EXPECT_NE(summary_text(found, false).find("MPEG-2 video 1280x720 25p 4:2:2@High "), std::string::npos);
+}
+
 TEST(text, an_overview_of_nothing_says_so_in_one_line)
 {
     overview found;
