@@ -207,7 +207,4 @@ void survey::note_limits_reached(overview &found) const
     add("transcript", transcript_text_limit, found.transcript.sections_not_kept);
     add("faults", fault_group_limit, found.transcript.faults_not_kept);
     tables.add_to(found.limits_reached);
-    const transcript_facts &transcript = found.transcript;
-    add("transcript", transcript.entries.size(), transcript.sections_not_kept);
-    add("faults", fault_group_limit, transcript.faults_not_kept);
 }

@@ -95,7 +95,7 @@ std::string limits_text(const overview &found)
     std::vector<std::string> items;
     for (const limit_reached &limit : found.limits_reached)
         items.push_back(
-            fmt::format("{} ({} beyond {})", without_controls(limit.what), limit.dropped, limit.limit));
+            fmt::format("{} {} (limit {})", without_controls(limit.what), limit.dropped, limit.limit));
     std::string text;
     if (!items.empty()) text = wrapped("  not kept: ", items, ", ", columns_of("  not kept: "));
     if (!found.transcript.note.empty())

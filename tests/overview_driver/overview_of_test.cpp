@@ -321,43 +321,6 @@ TEST(overview, breaks_beyond_a_thousand_are_counted)
     EXPECT_EQ(found.limits_reached[0].dropped, 7u);
 }
 
-TEST(overview, sections_that_the_transcript_does_not_keep_are_counted)
-{
-    stream_builder stream;
-    for (unsigned service_id = 0; service_id < 250; ++service_id) {
-        bytes body = hex("0001 FF");
-        for (unsigned i = 0; i < 800; ++i) body = join({body, big_endian(service_id, 2), hex("FF 8000")});
-        stream.section(0x0011, long_section(0x42, 1, body));
-    }
-    const overview found = found_in(stream.data());
-    const auto &limits = found.limits_reached;
-    const auto transcript =
-        std::find_if(limits.begin(), limits.end(), [](const auto &row) { return row.what == "transcript"; });
-    ASSERT_NE(transcript, limits.end());
-    EXPECT_EQ(transcript->limit, found.transcript.entries.size());
-    EXPECT_EQ(transcript->dropped, 250 - found.transcript.entries.size());
-}
-
-TEST(overview, faults_beyond_500_groups_are_counted)
-{
-    stream_builder stream;
-    for (unsigned number = 0; number < 3; ++number) {
-        std::vector<std::pair<unsigned, unsigned>> programs;
-        for (unsigned i = 1; i <= 170; ++i) programs.emplace_back(number * 170 + i, 0x100 + number * 170 + i);
-        stream.section(0x0000, pat_section(1, programs, {.version_number = number}));
-        for (const auto &[program, pid] : programs) // a descriptor that is too long
-            stream.section(pid, pmt_section(program, 0x1FFF, hex("4D 05"), {}));
-    }
-    const overview found = found_in(stream.data());
-    EXPECT_EQ(found.transcript.faults.size(), 500u);
-    const auto &limits = found.limits_reached;
-    const auto faults =
-        std::find_if(limits.begin(), limits.end(), [](const auto &row) { return row.what == "faults"; });
-    ASSERT_NE(faults, limits.end());
-    EXPECT_EQ(faults->limit, 500u);
-    EXPECT_EQ(faults->dropped, found.transcript.faults_not_kept);
-}
-
 TEST(overview, pids_beyond_256_have_no_series_and_that_is_said)
 {
     steady_stream stream;

@@ -26,7 +26,7 @@ TEST(text, everything_at_once)
   other: 0x1FFF null packets 2.90 Mbit/s (16.1 %)
   tables: PAT 100 ms, PMT 100 ms, SDT 500 ms
   PCR 30 ms (max 41)      2 cues, 3 events, 1 teletext page, 2 time breaks, 3 faults in tables
-  not kept: breaks (12 beyond 1000)
+  not kept: breaks 12 (limit 1000)
 )");
 }
 

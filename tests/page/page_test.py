@@ -96,7 +96,7 @@ class PageTest(PageCase):
     def test_what_is_left_out_is_said(self):
         self.open("multiplex")
         said = self.browser.one("#left_out").text
-        for text in ["cues: 5\u202f000 are kept, 12 more came", "of 155 PIDs the 64 with the most, the others are one",
+        for text in ["cues: 12 left out (limit 5\u202f000)", "of 155 PIDs the 64 with the most, the others are one",
                      "time stamps over time: 64 PIDs of 90 have their series"]:
             self.assertIn(text, said)
 
