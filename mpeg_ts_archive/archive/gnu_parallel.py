@@ -18,11 +18,6 @@ def task_words(command, folder, programs, keep):
     ]  # fmt: skip
 
 
-def parallel_words(options):
-    """Options that a run of lists has here as well as inside a task of Slurm."""
-    return ["parallel", "--retries", str(TRIES), *options]
-
-
 def run_by_parallel(task, run, slots, hosts, lock):
     """Waits until all lists have been tried. The run's lock is handed on: it is held as long as a task lives."""
     find_other("parallel", "parallel")
@@ -31,7 +26,7 @@ def run_by_parallel(task, run, slots, hosts, lock):
         options += ["--jobs", str(slots)]
     if hosts:
         options += ["--sshlogin", hosts]
-    words = [*parallel_words(options), shlex.join(task) + " {}"]
+    words = ["parallel", "--retries", str(TRIES), *options, shlex.join(task) + " {}"]
     (run / "submitted").write_text(shlex.join(words) + "\n", encoding="utf-8", errors="surrogateescape")
 
     # Tasks are started by the shell that is everywhere, whatever shell the user has.

@@ -30,12 +30,12 @@ def run(folder, command, options):
         queue = tasks_in_queue(folder)
         if queue:
             raise ArchiveError(f"a run of '{folder.path}' is going on: {sum(queue.values())} tasks are in Slurm's queue")
+        _remove_parts(folder)
         numbers = lists_to_do(folder)
         if not numbers:
             print("nothing to do: every list is done")
             return 0
         folder.results.mkdir(exist_ok=True)
-        _remove_parts(folder)
         run_path = new_run_folder(folder, numbers)
         task = task_words(command, folder, programs, options.keep)
         if options.slurm:

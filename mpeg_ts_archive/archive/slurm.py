@@ -7,8 +7,8 @@ import shlex
 import subprocess
 
 from archive.errors import ArchiveError
-from archive.gnu_parallel import parallel_words
 from archive.programs import find_other
+from archive.task import TRIES
 
 DEFAULT_ARRAY_SIZE = 1001
 
@@ -41,7 +41,7 @@ def submit(folder, run, task, catalogue, slots, sbatch_options):
     array = [
         *_sbatch(folder, job_name(folder), log, sbatch_options),
         f"--array=1-{tasks}", f"--cpus-per-task={slots}", "--requeue",
-        script, str(run), str(lists_each), shlex.join(parallel_words(["--jobs", str(slots)])), shlex.join(task) + " {}",
+        script, str(run), str(lists_each), str(slots), str(TRIES), shlex.join(task) + " {}",
     ]  # fmt: skip
     number = _output_of(array).strip().split(";")[0]
     # afterany: the catalogue is made of what came out, whatever else failed.
