@@ -6,7 +6,6 @@ import shlex
 import signal
 import subprocess
 
-from archive.programs import find_other
 from archive.task import TRIES
 
 
@@ -20,7 +19,6 @@ def task_words(command, folder, programs, keep):
 
 def run_by_parallel(task, run, slots, hosts, lock):
     """Waits until all lists have been tried. The run's lock is handed on: it is held as long as a task lives."""
-    find_other("parallel", "parallel")
     options = ["--joblog", str(run / "joblog")]
     if slots:
         options += ["--jobs", str(slots)]

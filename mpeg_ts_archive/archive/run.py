@@ -8,7 +8,7 @@ from archive.errors import ArchiveError
 from archive.folder import number_text
 from archive.gnu_parallel import run_by_parallel, task_words
 from archive.lock import locked
-from archive.programs import find_programs
+from archive.programs import find_other, find_programs
 from archive.run_folder import new_run_folder
 from archive.slurm import submit, tasks_in_queue
 
@@ -26,6 +26,7 @@ def run(folder, command, options):
     """Returns the exit status: 0 when every list is done, or submitted."""
     folder.must_have_lists()
     programs = find_programs(command, options.keep)
+    find_other(*(("sbatch", "slurm-client") if options.slurm else ("parallel", "parallel")))
     with locked(folder, "run", wait=False) as lock:
         queue = tasks_in_queue(folder)
         if queue:

@@ -32,7 +32,6 @@ def tasks_in_queue(folder):
 
 def submit(folder, run, task, catalogue, slots, sbatch_options):
     """Submits the array and the catalogue. Returns how many tasks the array has, and the number of its job."""
-    find_other("sbatch", "slurm-client")
     lists = len((run / "lists").read_text("ascii").split())
     tasks, lists_each = shared_out(lists, slots, _largest_array())
     log = f"runs/{run.name}/task-%a.log"
