@@ -6,8 +6,10 @@ import sqlite3
 import sys
 import zipfile
 
+from archive.errors import ArchiveError
 from archive.folder import number_text
 from archive.lock import locked
+from archive.path_text import path_of
 from archive.result_zip import read_facts
 
 COLUMNS = (
@@ -40,13 +42,14 @@ def bring_up_to_date(folder):
 
 @contextlib.contextmanager
 def open_catalogue(folder):
-    catalogue = sqlite3.connect(folder.catalogue, timeout=60)
     try:
-        with catalogue:
-            catalogue.executescript(pathlib.Path(__file__).with_name("schema.sql").read_text("utf-8"))
-        yield catalogue
-    finally:
-        catalogue.close()
+        catalogue = sqlite3.connect(folder.catalogue, timeout=60)
+        with contextlib.closing(catalogue):
+            with catalogue:
+                catalogue.executescript(pathlib.Path(__file__).with_name("schema.sql").read_text("utf-8"))
+            yield catalogue
+    except sqlite3.Error as error:
+        raise ArchiveError(f"'{folder.catalogue}': {error}") from None
 
 
 def _new_results(folder, catalogue):
@@ -91,6 +94,15 @@ def _rows_of(facts, key, columns):
     for each in facts:
         for row in each.get(key, ()):
             yield [each["path"], *map(row.get, columns.split())]
+
+
+def unopened(folder):
+    """Paths, as bytes, of recordings that could not be opened, with the list that says so."""
+    if not folder.catalogue.exists():
+        return []
+    with open_catalogue(folder) as catalogue:
+        rows = catalogue.execute("SELECT path, list FROM recording WHERE exit IS NULL").fetchall()
+    return [(path_of(text), number) for text, number in rows]
 
 
 def pages_by_list(catalogue):

@@ -4,7 +4,6 @@ import argparse
 import os
 import pathlib
 import re
-import sqlite3
 import sys
 
 from archive.errors import ArchiveError
@@ -24,7 +23,7 @@ def main(words, command):
         return options.act(folder, command, options)
     except ArchiveError as error:
         print(f"mpeg_ts_archive: {error}", file=sys.stderr)
-    except (OSError, sqlite3.Error) as error:
+    except OSError as error:
         print(f"mpeg_ts_archive: {error}", file=sys.stderr)
     except KeyboardInterrupt:
         return 130

@@ -2,13 +2,13 @@
 
 import dataclasses
 import os
-import sqlite3
 import stat
 import sys
 
+from archive.catalogue import unopened
 from archive.errors import ArchiveError
 from archive.lock import locked
-from archive.path_text import path_of, text_of
+from archive.path_text import text_of
 from archive.recording_list import Recording, read_list, write_list
 
 
@@ -79,14 +79,7 @@ def _unread_that_can_be_read(folder):
 
     A storage that was away leaves such rows. It is no change of the recording that brings them back.
     """
-    if not folder.catalogue.exists():
-        return {}
-    with sqlite3.connect(f"{folder.catalogue.as_uri()}?mode=ro", uri=True, timeout=60) as catalogue:
-        try:
-            rows = catalogue.execute("SELECT path, list FROM recording WHERE exit IS NULL").fetchall()
-        except sqlite3.OperationalError:
-            return {}  # it is being made for the first time
-    return {path: number for path, number in ((path_of(text), number) for text, number in rows) if _can_be_opened(path)}
+    return {path: number for path, number in unopened(folder) if _can_be_opened(path)}
 
 
 def _can_be_opened(path):

@@ -12,6 +12,8 @@ from archive.programs import find_other, find_programs
 from archive.run_folder import new_run_folder
 from archive.slurm import submit, tasks_in_queue
 
+FAILED_SHOWN = 10
+
 
 @dataclasses.dataclass(frozen=True)
 class RunOptions:
@@ -47,13 +49,17 @@ def run(folder, command, options):
         run_by_parallel(task, run_path, options.slots, options.hosts, lock)
         # Not of its exit status, but of what is there.
         failed = sorted(set(numbers) - set(folder.result_numbers()))
-    bring_up_to_date(folder)
-    print(f"{_lists(len(numbers) - len(failed))} done")
-    for number in failed[:10]:
+    _report(run_path, len(numbers), failed)
+    _, broken = bring_up_to_date(folder)
+    return 1 if failed or broken else 0
+
+
+def _report(run_path, lists, failed):
+    print(f"{_lists(lists - len(failed))} done")
+    for number in failed[:FAILED_SHOWN]:
         print(f"mpeg_ts_archive: list {number_text(number)} failed", file=sys.stderr)
     if failed:
         print(f"mpeg_ts_archive: {_lists(len(failed))} failed; why is in '{run_path}/log'", file=sys.stderr)
-    return 1 if failed else 0
 
 
 def lists_to_do(folder):

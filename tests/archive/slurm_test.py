@@ -30,16 +30,29 @@ def idle_nodes():
 
 
 def processes_on(node):
-    """slurmd and what it has started, of this cluster."""
-    found = [node_process(node)]
+    """slurmd, the slurmstepd of each of its tasks, and then the tasks: who could tell of their end goes first."""
+    daemons, tasks = {node_process(node)}, []
     for entry in os.listdir("/proc"):
+        process = pathlib.Path("/proc", entry)
         try:
-            environment = pathlib.Path("/proc", entry, "environ").read_bytes()
+            environment = b"\0" + (process / "environ").read_bytes()
+            if b"\0SLURMD_NODENAME=%s\0" % node.encode() not in environment or os.fsencode(CLUSTER) not in environment:
+                continue
+            tasks.append(int(entry))
+            parent = (process / "stat").read_text().rpartition(")")[2].split()[1]
+            if pathlib.Path("/proc", parent, "comm").read_text() == "slurmstepd\n":
+                daemons.add(int(parent))
         except OSError:
             continue
-        if b"\0SLURMD_NODENAME=%s\0" % node.encode() in b"\0" + environment and os.fsencode(CLUSTER) in environment:
-            found.append(int(entry))
-    return found
+    return [*daemons, *(task for task in tasks if task not in daemons)]
+
+
+def kill_node(node):
+    for process in processes_on(node):
+        try:
+            os.kill(process, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
 
 
 class Slurm(WholeArchive):
@@ -70,7 +83,7 @@ class Slurm(WholeArchive):
         self.hold_after(after)
         self.submit()
         # Three nodes of two cores.
-        self.wait_until_held(after + 6)
+        self.wait_until_held(6)
         self.assert_results_whole()
         before = self.results()
         self.assertLess(len(before), 15)
@@ -143,9 +156,8 @@ class Slurm(WholeArchive):
         before = self.submit_and_hold()
         node = next(state[1] for state in self.states().values() if state[0] == "RUNNING")
         lost = [index for index, state in self.states().items() if state[0] == "RUNNING" and state[1] == node]
-        for process in processes_on(node):
-            os.kill(process, signal.SIGKILL)
-        self.wait_for(lambda: all(self.states()[index][0] == "PENDING" for index in lost), "tasks in the queue again")
+        kill_node(node)
+        self.wait_for(lambda: {self.states()[index][0] for index in lost} == {"PENDING"}, "tasks in the queue again")
         for index in lost:
             # Slurm holds them for two minutes.
             ask("scontrol", "update", f"JobId={self.job()}_{index}", "StartTime=now")
@@ -159,8 +171,7 @@ class Slurm(WholeArchive):
         before = self.submit_and_hold()
         node = next(state[1] for state in self.states().values() if state[0] == "RUNNING")
         lost = [index for index, state in self.states().items() if state[0] == "RUNNING" and state[1] == node]
-        for process in processes_on(node):
-            os.kill(process, signal.SIGKILL)
+        kill_node(node)
         start_node(node)
         self.wait_for(lambda: all(self.states().get(index, [""])[0] != "RUNNING" for index in lost), "the end of lost tasks")
         self.let_go()
@@ -201,10 +212,16 @@ class Slurm(WholeArchive):
         self.assert_as_undisturbed(FILES)
 
 
+STARTED = []  # not waited for: they end with the cluster
+
+
 def start_node(node):
     """As scripts/cluster does, which ends it by the process noted."""
     with open(CLUSTER / "log" / f"{node}.out", "ab") as log:
-        slurmd = subprocess.Popen(["slurmd", "-D", "-N", node], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
+        slurmd = subprocess.Popen(
+            ["slurmd", "-D", "-N", node], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True
+        )
+    STARTED.append(slurmd)
     (CLUSTER / "pids" / node).write_text(f"{slurmd.pid}\n")
 
 

@@ -193,7 +193,7 @@ class Task(ArchiveCase):
                 self.planned("a.ts", "b.ts", "c.ts")
                 self.hold_after(1)
                 task = self.start("task", "--overview", self.program, "--analysis", self.program, "1")
-                self.wait_until_held(2)
+                self.wait_until_held(1)
                 self.assertEqual(len(list(self.folder.results.glob("*.part"))), 1)
                 task.send_signal(number)
                 self.assertEqual(task.wait(60), 128 + number)
