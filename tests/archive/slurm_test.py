@@ -74,6 +74,13 @@ class Slurm(WholeArchive):
     def wait_for_queue(self):
         self.wait_for(lambda: ask("squeue", "-h") == "", "the end of all jobs", patience=180)
 
+    def release(self):
+        """Slurm holds what it has put into the queue again for two minutes: not here."""
+        for index, state in self.states().items():
+            if state[0] == "PENDING":
+                words = ["scontrol", "update", f"JobId={self.job()}_{index}", "StartTime=now"]
+                subprocess.run(words, capture_output=True, check=False)  # it may have started meanwhile
+
     def submit(self):
         return self.command("run", "--slurm")[0]
 
@@ -158,9 +165,7 @@ class Slurm(WholeArchive):
         lost = [index for index, state in self.states().items() if state[0] == "RUNNING" and state[1] == node]
         kill_node(node)
         self.wait_for(lambda: {self.states()[index][0] for index in lost} == {"PENDING"}, "tasks in the queue again")
-        for index in lost:
-            # Slurm holds them for two minutes.
-            ask("scontrol", "update", f"JobId={self.job()}_{index}", "StartTime=now")
+        self.release()
         self.let_go()
         self.wait_for_queue()
         self.assert_not_done_again(before)
@@ -175,8 +180,7 @@ class Slurm(WholeArchive):
         start_node(node)
         self.wait_for(lambda: all(self.states().get(index, [""])[0] != "RUNNING" for index in lost), "the end of lost tasks")
         self.let_go()
-        for index in self.states():
-            ask("scontrol", "update", f"JobId={self.job()}_{index}", "StartTime=now")
+        self.release()
         self.wait_for_queue()
         self.assert_results_whole()
         self.submit()
