@@ -88,7 +88,8 @@ TEST_P(shells, files_of_the_overview_are_those_named_like_transport_streams)
 TEST_P(shells, a_command_of_the_archive_is_finished_and_its_options)
 {
     EXPECT_EQ(archive("cat\t --ht\t"), "|catalogue|--html");
-    EXPECT_EQ(archive("plan --suf\t .ts recor\t"), "|plan|--suffix|.ts|recordings/");
+    // zsh takes the slash away.
+    EXPECT_EQ(archive("plan --suf\t .ts recor\t").find("|plan|--suffix|.ts|recordings"), 0u);
     EXPECT_EQ(archive("run --slu\t"), "|run|--slurm");
     EXPECT_EQ(archive("--vers\t"), "|--version");
 }
