@@ -31,7 +31,10 @@ def bring_up_to_date(folder):
                     try:
                         facts = read_facts(folder.result(number))
                     except (OSError, KeyError, ValueError, zipfile.BadZipFile) as error:
-                        print(f"mpeg_ts_archive: cannot read '{folder.result(number)}': {error}", file=sys.stderr)
+                        print(
+                            f"mpeg_ts_archive: cannot read '{folder.result(number)}': {error}",
+                            file=sys.stderr,
+                        )
                         broken += 1
                         continue
                     _add(catalogue, number, facts)
@@ -53,7 +56,9 @@ def open_catalogue(folder):
 
 
 def _new_results(folder, catalogue):
-    known = {number: version for number, *version in catalogue.execute("SELECT list, size, mtime_ns FROM result")}
+    known = {
+        number: version for number, *version in catalogue.execute("SELECT list, size, mtime_ns FROM result")
+    }
     results = []
     for number in folder.result_numbers():
         status = folder.result(number).stat()
@@ -69,7 +74,9 @@ def _add(catalogue, number, facts):
     newer = {
         path
         for parameters in paths
-        for (path,) in catalogue.execute("SELECT path FROM recording WHERE path = ? AND list > ?", (*parameters, number))
+        for (path,) in catalogue.execute(
+            "SELECT path FROM recording WHERE path = ? AND list > ?", (*parameters, number)
+        )
     }
     facts = [each for each in facts if each["path"] not in newer]
     replaced = [(each["path"],) for each in facts]
@@ -80,9 +87,12 @@ def _add(catalogue, number, facts):
         f"REPLACE INTO recording ({', '.join(COLUMNS)}, list) VALUES ({places})",
         ([*map(each.get, COLUMNS), number] for each in facts),
     )
-    catalogue.executemany("INSERT INTO service VALUES (?, ?, ?, ?)", _rows_of(facts, "services", "number name provider"))
     catalogue.executemany(
-        "INSERT INTO failed_check VALUES (?, ?, ?, ?, ?)", _rows_of(facts, "failed_checks", "id count first_s worst")
+        "INSERT INTO service VALUES (?, ?, ?, ?)", _rows_of(facts, "services", "number name provider")
+    )
+    catalogue.executemany(
+        "INSERT INTO failed_check VALUES (?, ?, ?, ?, ?)",
+        _rows_of(facts, "failed_checks", "id count first_s worst"),
     )
     catalogue.executemany(
         "INSERT INTO page VALUES (?, ?)",
@@ -108,7 +118,9 @@ def unopened(folder):
 def pages_by_list(catalogue):
     """Numbers of lists with members of the pages that stand."""
     found = {}
-    for number, member in catalogue.execute("SELECT list, member FROM page JOIN recording USING (path) ORDER BY list"):
+    for number, member in catalogue.execute(
+        "SELECT list, member FROM page JOIN recording USING (path) ORDER BY list"
+    ):
         found.setdefault(number, []).append(member)
     return found
 

@@ -40,7 +40,9 @@ def _run(folder, command, options):
     from archive.run import RunOptions, run
 
     sbatch_options = tuple(options.sbatch_options)
-    return run(folder, command, RunOptions(options.slots, options.hosts, options.keep, options.slurm, sbatch_options))
+    return run(
+        folder, command, RunOptions(options.slots, options.hosts, options.keep, options.slurm, sbatch_options)
+    )
 
 
 def _task(folder, _command, options):
@@ -90,15 +92,23 @@ def _parser():
     parser.add_argument("--version", action="version", version="mpeg_ts_archive " + _version())
     commands = parser.add_subparsers(title="commands", required=True, metavar="COMMAND")
 
-    plan = _command_of(commands, "plan", _plan, "make lists of recordings that no list has, or that have changed")
+    plan = _command_of(
+        commands, "plan", _plan, "make lists of recordings that no list has, or that have changed"
+    )
     plan.add_argument("archive", nargs="+", metavar="ARCHIVE", help="folder of recordings")
-    plan.add_argument("--files", type=_count, default=500, metavar="N", help="recordings in a list, at most (500)")
-    plan.add_argument("--bytes", type=_size, default=_size("50G"), metavar="N", help="bytes in a list, at most (50G)")
+    plan.add_argument(
+        "--files", type=_count, default=500, metavar="N", help="recordings in a list, at most (500)"
+    )
+    plan.add_argument(
+        "--bytes", type=_size, default=_size("50G"), metavar="N", help="bytes in a list, at most (50G)"
+    )
     plan.add_argument("--suffix", type=_suffixes, default=_suffixes(".ts,.m2ts,.mts,.trp"), metavar=".A,.B",
                       help="what names of recordings end with (.ts,.m2ts,.mts,.trp)")  # fmt: skip
 
     run = _command_of(commands, "run", _run, "do every list that has no result; the same command resumes")
-    run.add_argument("--slots", type=_count, metavar="N", help="lists at a time: here, on each host, in each Slurm task")
+    run.add_argument(
+        "--slots", type=_count, metavar="N", help="lists at a time: here, on each host, in each Slurm task"
+    )
     run.add_argument("--hosts", metavar="A,B", help="run on these hosts, by ssh")
     run.add_argument("--slurm", action="store_true", help="submit to Slurm; options that are not of this command "
                      "go to sbatch")  # fmt: skip
@@ -106,8 +116,12 @@ def _parser():
 
     _command_of(commands, "status", _status, "tell how far it is")
 
-    catalogue = _command_of(commands, "catalogue", _catalogue, "bring catalogue.sqlite up to date; safe at any time")
-    catalogue.add_argument("--html", action="store_true", help="write index.html, a table of all recordings, too")
+    catalogue = _command_of(
+        commands, "catalogue", _catalogue, "bring catalogue.sqlite up to date; safe at any time"
+    )
+    catalogue.add_argument(
+        "--html", action="store_true", help="write index.html, a table of all recordings, too"
+    )
 
     # What GNU parallel runs; nobody types it.
     task = _command_of(commands, "task", _task, None)
@@ -121,7 +135,9 @@ def _parser():
 def _command_of(commands, name, act, what):
     shown = {"help": what} if what else {}
     command = commands.add_parser(name, allow_abbrev=False, description=what, **shown)
-    command.add_argument("--folder", default=".", metavar="FOLDER", help="where lists, results and catalogue are (.)")
+    command.add_argument(
+        "--folder", default=".", metavar="FOLDER", help="where lists, results and catalogue are (.)"
+    )
     command.set_defaults(act=act)
     return command
 

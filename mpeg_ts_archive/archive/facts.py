@@ -35,7 +35,9 @@ def _measured(overview):
             {"number": each["number"], "name": each["service_name"], "provider": each["provider_name"]}
             for each in present
         ],
-        "failed_checks": [{key: check[key] for key in ("id", "count", "first_s", "worst")} for check in failed],
+        "failed_checks": [
+            {key: check[key] for key in ("id", "count", "first_s", "worst")} for check in failed
+        ],
     }
 
 

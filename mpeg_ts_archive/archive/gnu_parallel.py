@@ -1,20 +1,27 @@
-"""Runs the task on each list by GNU parallel, here or over ssh. A list that fails is retried by it, on another host if
-there is one."""
+"""Runs the task on each list by GNU parallel, here or over ssh.
+
+A list that fails is retried by it, on another host if there is one.
+"""
 
 import os
 import shlex
 import signal
 import subprocess
 
+from archive.errors import ArchiveError
 from archive.task import TRIES
 
 
 def task_words(command, folder, programs, keep):
     """The task's command line, but for the list."""
-    return [
+    words = [
         str(command), "task", "--folder", str(folder.path), "--overview", programs.overview,
         "--analysis", programs.analysis, "--keep", ",".join(keep),
     ]  # fmt: skip
+    for word in words:
+        if "{" in word:
+            raise ArchiveError(f"a path with '{{' in it would mean something to GNU parallel: '{word}'")
+    return words
 
 
 def run_by_parallel(task, run, slots, hosts, lock):
@@ -33,7 +40,9 @@ def run_by_parallel(task, run, slots, hosts, lock):
         parallel = subprocess.Popen(
             words, stdin=lists, stdout=log, stderr=log, pass_fds=[lock], env=environment
         )
-        before = {number: signal.signal(number, _end) for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)}
+        before = {
+            number: signal.signal(number, _end) for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+        }
         try:
             return parallel.wait()
         finally:

@@ -33,7 +33,9 @@ def write_index(folder):
 
 def page_of(rows):
     """The page. Every byte that comes from recordings is in its data, which is no script and cannot end early."""
-    data = "[\n" + ",\n".join(json.dumps(row, ensure_ascii=False, separators=(",", ":")) for row in rows) + "\n]"
+    data = (
+        "[\n" + ",\n".join(json.dumps(row, ensure_ascii=False, separators=(",", ":")) for row in rows) + "\n]"
+    )
     style = (PAGE / "index.css").read_text("utf-8")
     script = (PAGE / "index.js").read_text("utf-8")
     policy = (
@@ -42,7 +44,12 @@ def page_of(rows):
     )
     page = (PAGE / "index.html").read_text("utf-8")
     # The data last: what is in it is not looked at again.
-    for name, text in (("POLICY", policy), ("STYLE", style), ("SCRIPT", script), ("DATA", data.replace("<", "\\u003c"))):
+    for name, text in (
+        ("POLICY", policy),
+        ("STYLE", style),
+        ("SCRIPT", script),
+        ("DATA", data.replace("<", "\\u003c")),
+    ):
         page = page.replace(f"@{name}@", text, 1)
     return page
 
@@ -51,10 +58,26 @@ def _hash(text):
     return "'sha256-" + base64.b64encode(hashlib.sha256(text.encode("utf-8")).digest()).decode("ascii") + "'"
 
 
-def _shown(folder, path, size, mtime, message, standard, duration, rate, p1, p2, p3, number, services, checks, member):
-    link = page_path(number, member) if member and (folder.path / page_path(number, member)).exists() else None
+def _shown(
+    folder, path, size, mtime, message, standard, duration, rate, p1, p2, p3, number, services, checks, member
+):
+    link = (
+        page_path(number, member) if member and (folder.path / page_path(number, member)).exists() else None
+    )
     failed = None if p1 is None else [p1, p2, p3]
-    return [path, size, mtime, message, standard, duration, rate, failed, json.loads(services), json.loads(checks), link]
+    return [
+        path,
+        size,
+        mtime,
+        message,
+        standard,
+        duration,
+        rate,
+        failed,
+        json.loads(services),
+        json.loads(checks),
+        link,
+    ]
 
 
 def _unpack(folder, number, members):

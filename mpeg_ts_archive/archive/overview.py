@@ -12,8 +12,8 @@ import time
 
 from archive.errors import ArchiveError
 
-# A program may complain without end. Nobody needs more of it than this, but all of it must be read: a program blocks
-# when it has written 64 KiB that nobody has read.
+# A program may complain without end. Nobody needs more of it than this, but all of it must be read: a program
+# blocks when it has written 64 KiB that nobody has read.
 COMPLAINT_KEPT = 4096
 MESSAGE_LENGTH = 500  # characters
 
@@ -24,14 +24,24 @@ class Fault(enum.Enum):
     """Whose fault it is that there is no overview."""
 
     RECORDING = enum.auto()  # it would be the same at the next try
-    STORAGE = enum.auto()  # or the node's; of a recording that fails so time and again, it is taken for its own
+    STORAGE = (
+        enum.auto()
+    )  # or the node's; of a recording that fails so time and again, it is taken for its own
     NODE = enum.auto()  # it says nothing of the recording: no room, somebody ended the program
 
 
 # By these a program ends for what is in a recording.
 OWN_SIGNALS = {signal.SIGABRT, signal.SIGSEGV, signal.SIGFPE, signal.SIGILL, signal.SIGTRAP, signal.SIGSYS}
-# By these it is ended with the task. What is left: SIGKILL, of the kernel for want of memory; SIGBUS, a read that failed.
-OTHERS_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT, signal.SIGXCPU, signal.SIGXFSZ}
+# By these it is ended with the task. What is left: SIGKILL, of the kernel for want of memory; SIGBUS, a read that
+# failed.
+OTHERS_SIGNALS = {
+    signal.SIGTERM,
+    signal.SIGINT,
+    signal.SIGHUP,
+    signal.SIGQUIT,
+    signal.SIGXCPU,
+    signal.SIGXFSZ,
+}
 
 
 @dataclasses.dataclass(frozen=True)
@@ -55,7 +65,7 @@ class Looked:
 
 
 def look_at(recording, programs, keep, stack):
-    """Runs the programs. Files are closed with the stack. OSError is the node's: no room for an output, no memory."""
+    """Runs the programs. Files are closed with the stack. OSError is the node's: no room for an output."""
     try:
         status = os.stat(recording.path)
         os.close(os.open(recording.path, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC))

@@ -1,8 +1,8 @@
 """How a path is written as text in lists, facts, the catalogue and the index page.
 
-A path is bytes, and any byte but 0. Its text is one line of valid UTF-8 and gives the same bytes back: a backslash is
-written \\\\, a tab \\t, a line feed \\n, a carriage return \\r; other control characters, and bytes that are no UTF-8, are \\xHH.
-Names without such things, which is nearly all of them, are written as they are.
+A path is bytes, and any byte but 0. Its text is one line of valid UTF-8 and gives the same bytes back: a
+backslash is written \\\\, a tab \\t, a line feed \\n, a carriage return \\r; other control characters, and bytes
+that are no UTF-8, are \\xHH. Names without such things, which is nearly all of them, are written as they are.
 """
 
 import re

@@ -17,7 +17,7 @@ FAILED_SHOWN = 10
 
 @dataclasses.dataclass(frozen=True)
 class RunOptions:
-    slots: int  # lists at a time: here, on each host, or in each task of Slurm. None: as many as cores, in Slurm one
+    slots: int  # lists at a time: here, on each host, in each task of Slurm; None: a list a core, in Slurm one
     hosts: str  # as ssh has them, commas between; None: here
     keep: tuple  # of "json", "html", "report"
     slurm: bool
@@ -32,7 +32,9 @@ def run(folder, command, options):
     with locked(folder, "run", wait=False) as lock:
         queue = tasks_in_queue(folder)
         if queue:
-            raise ArchiveError(f"a run of '{folder.path}' is going on: {sum(queue.values())} tasks are in Slurm's queue")
+            tasks = sum(queue.values())
+            raise ArchiveError(f"a run of '{folder.path}' is going on: {tasks} tasks are in Slurm's queue")
+        task = task_words(command, folder, programs, options.keep)
         _remove_parts(folder)
         numbers = lists_to_do(folder)
         if not numbers:
@@ -40,7 +42,6 @@ def run(folder, command, options):
             return 0
         folder.results.mkdir(exist_ok=True)
         run_path = new_run_folder(folder, numbers)
-        task = task_words(command, folder, programs, options.keep)
         if options.slurm:
             catalogue = [str(command), "catalogue", "--folder", str(folder.path)]
             tasks, job = submit(folder, run_path, task, catalogue, options.slots or 1, options.sbatch_options)

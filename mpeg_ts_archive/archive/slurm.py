@@ -14,7 +14,7 @@ DEFAULT_ARRAY_SIZE = 1001
 
 
 def job_name(folder):
-    """The same for all jobs of a folder, and another for each folder: so they are found without notes of their numbers."""
+    """The same for all jobs of a folder, and another for each: they are found without notes of their numbers."""
     return "mpeg_ts_archive-" + hashlib.sha256(bytes(folder.path)).hexdigest()[:8]
 
 
@@ -55,14 +55,15 @@ def submit(folder, run, task, catalogue, slots, sbatch_options):
 
 
 def shared_out(lists, slots, largest_array):
-    """How many tasks an array has and how many lists each: at least one for each slot, more where an array has no room."""
+    """How many tasks an array has, and how many lists each: one for each slot, more where an array has no room."""
     lists_each = max(min(slots, lists), math.ceil(lists / largest_array))
     return math.ceil(lists / lists_each), lists_each
 
 
 def _sbatch(folder, name, log, sbatch_options):
     # Names of logs are seen from the folder: what is a percent sign in its path would mean something there.
-    return ["sbatch", "--parsable", f"--job-name={name}", f"--chdir={folder.path}", f"--output={log}", *sbatch_options]
+    about = [f"--job-name={name}", f"--chdir={folder.path}", f"--output={log}"]
+    return ["sbatch", "--parsable", *about, *sbatch_options]
 
 
 def _largest_array():
@@ -74,7 +75,9 @@ def _largest_array():
 
 
 def _output_of(words):
-    done = subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace", check=False)
+    done = subprocess.run(
+        words, stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace", check=False
+    )
     if done.returncode != 0:
         raise ArchiveError(f"{words[0]}: {done.stderr.strip()}")
     return done.stdout

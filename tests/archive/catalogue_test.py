@@ -29,7 +29,10 @@ class Catalogue(ArchiveCase):
         self.folder.results.mkdir(parents=True, exist_ok=True)
         self.folder.lists.mkdir(parents=True, exist_ok=True)
         with zipfile.ZipFile(self.folder.result(number), "w") as result:
-            lines = [json.dumps({"path": "/a", "size": 1, "mtime": "1.0", "exit": 0, "members": {}, **each}) for each in facts]
+            lines = [
+                json.dumps({"path": "/a", "size": 1, "mtime": "1.0", "exit": 0, "members": {}, **each})
+                for each in facts
+            ]
             result.writestr("facts.jsonl", "\n".join(lines) + "\n")
 
     def test_has_a_row_of_each_recording_with_its_services_and_failed_checks(self):
@@ -44,7 +47,9 @@ class Catalogue(ArchiveCase):
             (self.text("dvb.ts"), 0, None, "DVB", 46, 2, 0, 0, 1, 1),
             (self.text("empty.ts"), 1, "no transport packets found", None, None, None, None, None, None, 1),
         ])  # fmt: skip
-        self.assertEqual([name for (name,) in self.rows("SELECT name FROM service")], ["Sample One", "Sample Two HD"])
+        self.assertEqual(
+            [name for (name,) in self.rows("SELECT name FROM service")], ["Sample One", "Sample Two HD"]
+        )
         self.assertEqual(self.rows("SELECT path, id FROM failed_check"), [(self.text("dvb.ts"), "X.1")])
 
     def test_reads_each_result_once_and_one_that_was_made_anew_again(self):
@@ -61,19 +66,31 @@ class Catalogue(ArchiveCase):
         self.assertEqual(self.rows("SELECT count(*) FROM service"), [(1,)])
 
     def test_the_newer_reception_stands_whatever_order_results_come_in(self):
-        old = {"standard": "MPEG", "services": [{"number": 1, "name": "old"}], "failed_checks": [{"id": "1.4"}]}
+        old = {
+            "standard": "MPEG",
+            "services": [{"number": 1, "name": "old"}],
+            "failed_checks": [{"id": "1.4"}],
+        }
         new = {"standard": "DVB", "services": [{"number": 2, "name": "new"}]}
         self.write_result(10, new)
         self.command("catalogue")
         self.write_result(9, old)
         self.command("catalogue")
-        found = self.rows("SELECT standard, list FROM recording"), self.rows("SELECT number, name FROM service")
+        found = self.rows("SELECT standard, list FROM recording"), self.rows(
+            "SELECT number, name FROM service"
+        )
         self.assertEqual(found, ([("DVB", 10)], [(2, "new")]))
         self.assertEqual(self.rows("SELECT * FROM failed_check"), [])
 
         self.folder.catalogue.unlink()
         self.command("catalogue")
-        self.assertEqual((self.rows("SELECT standard, list FROM recording"), self.rows("SELECT number, name FROM service")), found)
+        self.assertEqual(
+            (
+                self.rows("SELECT standard, list FROM recording"),
+                self.rows("SELECT number, name FROM service"),
+            ),
+            found,
+        )
 
     def test_odd_names_are_found_by_their_text(self):
         for name in ODD_NAMES:
@@ -110,7 +127,10 @@ class Catalogue(ArchiveCase):
         self.work.mkdir()
         for command in ("catalogue", "status", "run"):
             said = self.command(command, status=1)[1]
-            self.assertEqual(said, f"mpeg_ts_archive: there are no lists in '{self.work}': mpeg_ts_archive plan makes them\n")
+            self.assertEqual(
+                said,
+                f"mpeg_ts_archive: there are no lists in '{self.work}': mpeg_ts_archive plan makes them\n",
+            )
 
     def test_what_could_not_be_opened_is_planned_again_when_it_can_be(self):
         self.sample("a.ts", "dvb.ts")
@@ -152,8 +172,13 @@ class Status(ArchiveCase):
         lines = self.command("status")[0].split("\n")
         self.assertEqual(lines[0], "lists        1 of 3 done, nothing is running")
         self.assertEqual(lines[1], "recordings   1 of 3 done")
-        self.assertEqual(lines[2], "failures     0 of 1 recordings in the catalogue have no overview, 1 list has failed so far")
-        self.assertRegex(lines[3], r"^list 000001 failed, on .*: cannot open '.*/a\.ts': No such file or directory$")
+        self.assertEqual(
+            lines[2],
+            "failures     0 of 1 recordings in the catalogue have no overview, 1 list has failed so far",
+        )
+        self.assertRegex(
+            lines[3], r"^list 000001 failed, on .*: cannot open '.*/a\.ts': No such file or directory$"
+        )
 
 
 class CommandLine(ArchiveCase):
@@ -176,12 +201,21 @@ class CommandLine(ArchiveCase):
             with self.subTest(words):
                 self.assertTrue(self.refused(*words).endswith("error: " + said), self.refused(*words))
 
+    def test_a_path_that_gnu_parallel_would_change_is_refused(self):
+        self.record("a.ts")
+        self.work = self.scratch / "{.}"
+        self.plan()
+        said = self.command("run", status=1)[1]
+        self.assertIn(f"a path with '{{' in it would mean something to GNU parallel: '{self.work}'", said)
+
     def test_programs_that_are_not_here_are_said(self):
         self.work.mkdir()
         self.folder.lists.mkdir()
         self.program = self.scratch / "nothing"
         said = self.command("run", status=1)[1]
-        self.assertEqual(said, f"mpeg_ts_archive: {self.program} is not here: install it, or name it by MPEG_TS_OVERVIEW\n")
+        self.assertEqual(
+            said, f"mpeg_ts_archive: {self.program} is not here: install it, or name it by MPEG_TS_OVERVIEW\n"
+        )
         self.program = os.environ["MPEG_TS_OVERVIEW"]
         self.record("a.ts")
         self.plan()

@@ -29,7 +29,9 @@ class Cluster(unittest.TestCase):
         self.environment = {**os.environ, "CLUSTER_FOLDER": str(self.folder)}
 
     def start(self, *words):
-        return subprocess.Popen([CLUSTER, *words], env=self.environment, stdin=subprocess.DEVNULL, start_new_session=True)
+        return subprocess.Popen(
+            [CLUSTER, *words], env=self.environment, stdin=subprocess.DEVNULL, start_new_session=True
+        )
 
     def wait_for_processes(self):
         """Those of the daemons, as soon as the command runs, and of a job."""
@@ -42,9 +44,13 @@ class Cluster(unittest.TestCase):
         return noted
 
     def assert_gone(self, noted):
-        archive_case.ArchiveCase.wait_for(lambda: not any(map(lives, noted.values())), "the end of " + str(noted))
+        archive_case.ArchiveCase.wait_for(
+            lambda: not any(map(lives, noted.values())), "the end of " + str(noted)
+        )
 
-    JOB = "echo $$ >$CLUSTER_FOLDER/job.part; mv $CLUSTER_FOLDER/job.part $CLUSTER_FOLDER/job; exec sleep 1000"
+    JOB = (
+        "echo $$ >$CLUSTER_FOLDER/job.part; mv $CLUSTER_FOLDER/job.part $CLUSTER_FOLDER/job; exec sleep 1000"
+    )
 
     def test_ends_with_its_command_and_has_its_status(self):
         wait = "while [ ! -e $CLUSTER_FOLDER/end ]; do sleep 0.1; done"

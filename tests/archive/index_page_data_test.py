@@ -16,7 +16,9 @@ ROW = [None, 1, 1.5, None, "DVB", 2.0, 3, [0, 0, 0], [], [], None]
 
 
 def data_of(page):
-    return re.search(r'<script type="application/json" id="data">\n(.*?)\n</script>', page, re.DOTALL).group(1)
+    return re.search(r'<script type="application/json" id="data">\n(.*?)\n</script>', page, re.DOTALL).group(
+        1
+    )
 
 
 class Page(unittest.TestCase):
@@ -65,7 +67,9 @@ class Unpacked(ArchiveCase):
         rows = self.rows_shown()
         self.assertEqual([rows[name][10] for name in ("a.ts", "b.ts", "c.ts")],
                          ["pages/000001/0001.html", None, "pages/000001/0003.html"])  # fmt: skip
-        alone = subprocess.run([self.program, "--html=-", self.recordings / "c.ts"], capture_output=True, check=True).stdout
+        alone = subprocess.run(
+            [self.program, "--html=-", self.recordings / "c.ts"], capture_output=True, check=True
+        ).stdout
         self.assertEqual((self.work / rows["c.ts"][10]).read_bytes(), alone)
         self.assertEqual(rows["a.ts"][7:10], [[0, 0, 1], ["Sample One", "Sample Two HD"], ["X.1"]])
         self.assertEqual(rows["b.ts"][3], "no transport packets found")

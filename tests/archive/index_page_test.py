@@ -14,15 +14,44 @@ from browser import Browser  # noqa: E402
 from recordings import ODD_NAMES  # noqa: E402
 
 
-def row(path, message=None, failed=(0, 0, 0), checks=(), services=(), page=None, duration=12.5, rate=5_000_000, size=7_812_500):
+def row(
+    path,
+    message=None,
+    failed=(0, 0, 0),
+    checks=(),
+    services=(),
+    page=None,
+    duration=12.5,
+    rate=5_000_000,
+    size=7_812_500,
+):
     if message is not None:
         return [path, size, 0.0, message, None, None, None, None, [], [], None]
-    return [path, size, 1_795_285_643.25, None, "DVB", duration, rate, list(failed), list(services), list(checks), page]
+    return [
+        path,
+        size,
+        1_795_285_643.25,
+        None,
+        "DVB",
+        duration,
+        rate,
+        list(failed),
+        list(services),
+        list(checks),
+        page,
+    ]
 
 
 FEW = [
     row("/a/evening news.ts", services=["One", "Two"], page="pages/000001/0001.html"),
-    row("/a/film.ts", failed=(1, 0, 1), checks=["1.4", "3.8"], services=["Cinema"], duration=5400.0, size=9_100_000_000),
+    row(
+        "/a/film.ts",
+        failed=(1, 0, 1),
+        checks=["1.4", "3.8"],
+        services=["Cinema"],
+        duration=5400.0,
+        size=9_100_000_000,
+    ),
     row("/b/noise.ts", message="no transport packets found", size=0),
     row("/b/quiet.ts", failed=(0, 1, 0), checks=["2.3a"], duration=None, rate=None),
 ]
@@ -60,7 +89,15 @@ class IndexPage(unittest.TestCase):
         self.open(FEW)
         self.assertEqual(self.browser.one("h1").text, "4 recordings")
         self.assertEqual(self.names(), ["evening news.ts", "film.ts", "noise.ts", "quiet.ts"])
-        self.assertEqual(self.column(2), ["no check fails", "2 checks fail: 1.4, 3.8", "no transport packets found", "1 check fails: 2.3a"])
+        self.assertEqual(
+            self.column(2),
+            [
+                "no check fails",
+                "2 checks fail: 1.4, 3.8",
+                "no transport packets found",
+                "1 check fails: 2.3a",
+            ],
+        )
         self.assertEqual(self.column(3), ["12.5 s", "1 h 30 min 0 s", "", ""])
         self.assertEqual(self.column(4), ["5.00 Mbit/s", "5.00 Mbit/s", "", ""])
         self.assertEqual(self.column(5), ["7.81 MB", "9.10 GB", "0 bytes", "7.81 MB"])
@@ -68,7 +105,9 @@ class IndexPage(unittest.TestCase):
         self.assertEqual(self.column(8)[0], "2026-11-21 18:27")
         self.assertEqual(len(self.browser.all("tbody .fault")), 3)
         links = self.browser.all("tbody a")
-        self.assertEqual([link.get_attribute("href").rpartition("/pages/")[2] for link in links], ["000001/0001.html"])
+        self.assertEqual(
+            [link.get_attribute("href").rpartition("/pages/")[2] for link in links], ["000001/0001.html"]
+        )
 
     def test_is_sorted_by_any_column_in_both_directions_what_is_not_known_last(self):
         self.open(FEW)
@@ -93,7 +132,16 @@ class IndexPage(unittest.TestCase):
         self.browser.one("#filter").send_keys("film")
         self.assertEqual(self.browser.one("#count").text, "1 of 4")
         self.browser.one("#filter").clear()
-        for index, names in enumerate((4, ["film.ts"], ["film.ts", "quiet.ts"], ["film.ts", "quiet.ts"], ["evening news.ts"], ["noise.ts"])):
+        for index, names in enumerate(
+            (
+                4,
+                ["film.ts"],
+                ["film.ts", "quiet.ts"],
+                ["film.ts", "quiet.ts"],
+                ["evening news.ts"],
+                ["noise.ts"],
+            )
+        ):
             self.browser.run("const v = document.getElementById('verdict'); v.value = arguments[0];"
                              "v.dispatchEvent(new Event('change'))", str(index))  # fmt: skip
             if index:
@@ -104,7 +152,9 @@ class IndexPage(unittest.TestCase):
         rows.append(row("/z", message="<img src=x onerror=alert(1)>"))
         self.open(sorted(rows))
         expected = sorted([*(text_of(b"/" + name) for name in ODD_NAMES), "/z"])
-        found = self.browser.run("return [...document.querySelectorAll('tbody td:first-child')].map(cell => cell.textContent)")
+        found = self.browser.run(
+            "return [...document.querySelectorAll('tbody td:first-child')].map(cell => cell.textContent)"
+        )
         self.assertEqual(found, expected)
         self.assertEqual(self.browser.all("tbody i, tbody img, tbody script"), [])
 
@@ -119,7 +169,15 @@ class IndexPage(unittest.TestCase):
         papers = set()
         for width in (390, 1280):
             for dark in (False, True):
-                rows = [*FEW, row("/" + "long" * 60 + ".ts", failed=(9, 9, 9), checks=["1.4"] * 27, services=["name" * 20] * 9)]
+                rows = [
+                    *FEW,
+                    row(
+                        "/" + "long" * 60 + ".ts",
+                        failed=(9, 9, 9),
+                        checks=["1.4"] * 27,
+                        services=["name" * 20] * 9,
+                    ),
+                ]
                 self.open(rows, width, dark)
                 self.assertLessEqual(self.browser.run("return document.documentElement.scrollWidth"), width)
                 papers.add((dark, self.browser.run("return getComputedStyle(document.body).backgroundColor")))

@@ -90,7 +90,9 @@ class Parallel(WholeArchive):
         run, before = self.start_and_hold()
         said = self.command("run", status=1)[1]
         self.assertEqual(said, f"mpeg_ts_archive: a run of '{self.work}' is going on\n")
-        self.assertRegex(self.command("status")[0], r"lists        [0-9]+ of 20 done, 2 running\n")
+        status = self.command("status")[0]
+        self.assertRegex(status, r"^lists        [0-9]+ of 20 done, 2 running\n")
+        self.assertRegex(status, r"\nrate         [0-9.]+ recordings/s, [0-9.]+ MB/s\ntime left    [0-9]+ (s|min|h)\n$")
         # Also while nothing but its tasks is left of it.
         for process in [run.pid, *self.processes(b"--joblog")]:
             os.kill(process, signal.SIGKILL)
@@ -123,7 +125,9 @@ class Parallel(WholeArchive):
         folder, away = self.recordings / "samples", self.scratch / "away"
         os.rename(folder, away)
         self.command("run")
-        self.assertEqual(self.rows(f"SELECT count(*) FROM recording WHERE exit IS NULL AND path LIKE '{folder}/%'"), [(6,)])
+        self.assertEqual(
+            self.rows(f"SELECT count(*) FROM recording WHERE exit IS NULL AND path LIKE '{folder}/%'"), [(6,)]
+        )
         os.rename(away, folder)
         self.assertIn("(6 tried again)", self.plan()[0])
         self.command("run")
@@ -138,7 +142,10 @@ class Parallel(WholeArchive):
         self.command("run")
         self.assert_all_done()
         path = f"{self.recordings}/samples/encoder.ts"
-        self.assertEqual(self.rows("SELECT exit, message FROM recording WHERE message LIKE 'ended%'"), [(-6, "ended by SIGABRT")])
+        self.assertEqual(
+            self.rows("SELECT exit, message FROM recording WHERE message LIKE 'ended%'"),
+            [(-6, "ended by SIGABRT")],
+        )
         self.assertEqual(self.looked()[os.fsencode(path)], 1)
         found, expected = self.catalogue(), self.undisturbed(FILES)
         for table in expected:
@@ -149,7 +156,9 @@ class Parallel(WholeArchive):
         # Results of more than 30 kB, those with pages, find no room; the program may write as much as it likes.
         self.stand_in("ulimit -S -f unlimited")
         self.plan("--files", str(FILES))
-        full = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (30000, resource.RLIM_INFINITY))}
+        full = {
+            "preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (30000, resource.RLIM_INFINITY))
+        }
         self.command("run", "--keep", "json,html", status=1, **full)
         self.assertIn("cannot write the result: File too large", self.logs())
         self.assert_results_whole()
@@ -201,9 +210,13 @@ class Parallel(WholeArchive):
         self.command("run", "--keep", "json,html,report")
         self.assert_all_done()
         for number in self.folder.list_numbers():
-            for each, listed in zip(read_facts(self.folder.result(number)), read_list(self.folder.list(number))):
+            for each, listed in zip(
+                read_facts(self.folder.result(number)), read_list(self.folder.list(number))
+            ):
                 self.assertEqual(each["path"], text_of(listed.path))
-                self.assertEqual(sorted(each["members"]), ["html", "json", "report"] if each["exit"] == 0 else [])
+                self.assertEqual(
+                    sorted(each["members"]), ["html", "json", "report"] if each["exit"] == 0 else []
+                )
 
     def logs(self):
         return "".join(path.read_text() for path in self.folder.runs.glob("*/log"))

@@ -10,7 +10,7 @@ from recordings import ODD_NAMES
 
 class PathText(unittest.TestCase):
     def test_of_plain_names_is_the_name(self):
-        for name in ("/a/b c.ts", "/\u00fcber/\u65e5\u672c.ts", "/it's \"it\".ts", "/100%.ts"):
+        for name in ("/a/b c.ts", "/\u00fcber/\u65e5\u672c.ts", '/it\'s "it".ts', "/100%.ts"):
             self.assertEqual(text_of(name.encode()), name)
 
     def test_escapes_what_a_line_cannot_hold(self):

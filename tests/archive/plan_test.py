@@ -10,8 +10,13 @@ from recordings import ODD_NAMES
 
 class Plan(ArchiveCase):
     def lists(self):
-        return [[os.path.relpath(each.path, os.fsencode(self.recordings)) for each in read_list(self.folder.list(number))]
-                for number in self.folder.list_numbers()]
+        return [
+            [
+                os.path.relpath(each.path, os.fsencode(self.recordings))
+                for each in read_list(self.folder.list(number))
+            ]
+            for number in self.folder.list_numbers()
+        ]
 
     def test_puts_neighbours_into_lists_of_limited_length(self):
         for name in ("b/2.ts", "b/1.ts", "a/x.ts", "a.ts", "c.ts"):
@@ -40,7 +45,9 @@ class Plan(ArchiveCase):
         self.record("folder.ts/inner.ts")
         os.mkfifo(self.recordings / "pipe.ts")
         self.plan()
-        self.assertEqual(self.lists(), [[b"a.ts", b"b.TS", b"c.m2ts", b"d.mts", b"e.trp", b"folder.ts/inner.ts"]])
+        self.assertEqual(
+            self.lists(), [[b"a.ts", b"b.TS", b"c.m2ts", b"d.mts", b"e.trp", b"folder.ts/inner.ts"]]
+        )
         self.plan("--suffix", "mpg,.txt")
         self.assertEqual(self.lists()[1:], [[b"f.mpg", b"g.ts.txt"]])
 
@@ -96,7 +103,10 @@ class Plan(ArchiveCase):
 
     def test_an_archive_that_is_not_there_is_an_error(self):
         _, said = self.command("plan", self.scratch / "nothing", status=1)
-        self.assertEqual(said, f"mpeg_ts_archive: cannot read the archive '{self.scratch}/nothing': No such file or directory\n")
+        self.assertEqual(
+            said,
+            f"mpeg_ts_archive: cannot read the archive '{self.scratch}/nothing': No such file or directory\n",
+        )
         self.assertEqual(self.folder.list_numbers(), [])
 
 

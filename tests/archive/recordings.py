@@ -31,7 +31,9 @@ def make_recordings(folder):
             file.write(content)
         readable.append(path)
 
-    samples = {path.name: path.read_bytes() for path in sorted(SAMPLES.iterdir()) if path.suffix in (".ts", ".m2ts")}
+    samples = {
+        path.name: path.read_bytes() for path in sorted(SAMPLES.iterdir()) if path.suffix in (".ts", ".m2ts")
+    }
     for name, content in samples.items():
         add(b"samples/" + name.encode(), content)
     for index, name in enumerate(ODD_NAMES):
@@ -40,7 +42,11 @@ def make_recordings(folder):
         add(b"broken/" + name.encode(), content)
     for name in (b"empty.ts", b"empty.m2ts"):
         add(b"none/" + name, b"")
-    for name, content in {b"text.ts": b"const answer = 42;\n" * 40, b"zeros.ts": bytes(4000), b"byte.ts": b"\x47"}.items():
+    for name, content in {
+        b"text.ts": b"const answer = 42;\n" * 40,
+        b"zeros.ts": bytes(4000),
+        b"byte.ts": b"\x47",
+    }.items():
         add(b"none/" + name, content)
     for name in (b"secret.ts", b"other secret.ts"):
         path = _unreadable(os.path.join(folder, b"none", name), UNREADABLE_OF_THE_SYSTEM[len(unreadable)])
@@ -60,7 +66,9 @@ def _broken(encoder, dvb):
     return {
         "cut.ts": encoder[: len(encoder) // 3 + 17],
         "packets lost.ts": b"".join(packet for number, packet in enumerate(packets) if number % 50),
-        "packets doubled.ts": b"".join(packet * (1 + (number % 90 == 0)) for number, packet in enumerate(packets)),
+        "packets doubled.ts": b"".join(
+            packet * (1 + (number % 90 == 0)) for number, packet in enumerate(packets)
+        ),
         "bits flipped.ts": bytes(flipped),
         "two joined.ts": encoder + dvb,
         "begins late.ts": b"nothing" * 9 + encoder,

@@ -36,7 +36,10 @@ def processes_on(node):
         process = pathlib.Path("/proc", entry)
         try:
             environment = b"\0" + (process / "environ").read_bytes()
-            if b"\0SLURMD_NODENAME=%s\0" % node.encode() not in environment or os.fsencode(CLUSTER) not in environment:
+            if (
+                b"\0SLURMD_NODENAME=%s\0" % node.encode() not in environment
+                or os.fsencode(CLUSTER) not in environment
+            ):
                 continue
             tasks.append(int(entry))
             parent = (process / "stat").read_text().rpartition(")")[2].split()[1]
@@ -105,7 +108,9 @@ class Slurm(WholeArchive):
                 self.work = self.scratch / f"work_{files}"
                 self.folder = type(self.folder)(self.work)
                 self.plan("--files", str(files))
-                self.assertRegex(self.submit(), rf"^{tasks} lists submitted as job [0-9]+ of {tasks} tasks\n$")
+                self.assertRegex(
+                    self.submit(), rf"^{tasks} lists submitted as job [0-9]+ of {tasks} tasks\n$"
+                )
                 self.wait_for_queue()
                 self.assert_all_done()
                 # The catalogue is the job behind the array.
@@ -114,7 +119,9 @@ class Slurm(WholeArchive):
 
     def test_slots_are_lists_at_a_time_in_each_task(self):
         self.plan("--files", "5")
-        self.assertIn("12 lists submitted", self.command("run", "--slurm", "--slots", "2", "--time=5", "-p", "batch")[0])
+        self.assertIn(
+            "12 lists submitted", self.command("run", "--slurm", "--slots", "2", "--time=5", "-p", "batch")[0]
+        )
         self.assertIn("NumCPUs=2", ask("scontrol", "show", "job", self.job() + "_1"))
         self.assertIn("TimeLimit=00:05:00", ask("scontrol", "show", "job", self.job() + "_1"))
         self.wait_for_queue()
@@ -122,7 +129,14 @@ class Slurm(WholeArchive):
         self.assertEqual(len(list(self.folder.runs.glob("*/joblog-*"))), 6)
 
     def test_more_lists_than_an_array_has_room_for_go_several_to_a_task(self):
-        for lists, slots, largest in ((1, 1, 1000), (1000, 1, 1000), (1001, 1, 1000), (4000, 8, 1000), (3, 8, 1000), (20000, 2, 1000)):
+        for lists, slots, largest in (
+            (1, 1, 1000),
+            (1000, 1, 1000),
+            (1001, 1, 1000),
+            (4000, 8, 1000),
+            (3, 8, 1000),
+            (20000, 2, 1000),
+        ):
             tasks, each = shared_out(lists, slots, largest)
             self.assertLessEqual(tasks, largest)
             self.assertTrue((tasks - 1) * each < lists <= tasks * each, (lists, tasks, each))
@@ -138,7 +152,10 @@ class Slurm(WholeArchive):
         for options in ([], ["--slurm"]):
             said = self.command("run", *options, status=1)[1]
             self.assertRegex(said, "a run of '.*' is going on: [0-9]+ tasks are in Slurm's queue\n$")
-        self.assertRegex(self.command("status")[0], r"^lists        [0-9]+ of 20 done, 6 tasks running, [0-9]+ waiting in Slurm's queue")
+        self.assertRegex(
+            self.command("status")[0],
+            r"^lists        [0-9]+ of 20 done, 6 tasks running, [0-9]+ waiting in Slurm's queue",
+        )
         self.let_go()
         self.wait_for_queue()
         self.assert_not_done_again(before)
@@ -164,7 +181,9 @@ class Slurm(WholeArchive):
         node = next(state[1] for state in self.states().values() if state[0] == "RUNNING")
         lost = [index for index, state in self.states().items() if state[0] == "RUNNING" and state[1] == node]
         kill_node(node)
-        self.wait_for(lambda: {self.states()[index][0] for index in lost} == {"PENDING"}, "tasks in the queue again")
+        self.wait_for(
+            lambda: {self.states()[index][0] for index in lost} == {"PENDING"}, "tasks in the queue again"
+        )
         self.release()
         self.let_go()
         self.wait_for_queue()
@@ -178,7 +197,10 @@ class Slurm(WholeArchive):
         lost = [index for index, state in self.states().items() if state[0] == "RUNNING" and state[1] == node]
         kill_node(node)
         start_node(node)
-        self.wait_for(lambda: all(self.states().get(index, [""])[0] != "RUNNING" for index in lost), "the end of lost tasks")
+        self.wait_for(
+            lambda: all(self.states().get(index, [""])[0] != "RUNNING" for index in lost),
+            "the end of lost tasks",
+        )
         self.let_go()
         self.release()
         self.wait_for_queue()
@@ -223,7 +245,11 @@ def start_node(node):
     """As scripts/cluster does, which ends it by the process noted."""
     with open(CLUSTER / "log" / f"{node}.out", "ab") as log:
         slurmd = subprocess.Popen(
-            ["slurmd", "-D", "-N", node], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True
+            ["slurmd", "-D", "-N", node],
+            stdin=subprocess.DEVNULL,
+            stdout=log,
+            stderr=log,
+            start_new_session=True,
         )
     STARTED.append(slurmd)
     (CLUSTER / "pids" / node).write_text(f"{slurmd.pid}\n")

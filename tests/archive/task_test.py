@@ -39,7 +39,9 @@ class Task(ArchiveCase):
         with zipfile.ZipFile(self.folder.result(1)) as result:
             names = [kind + "/000" + number for number in "12" for kind in ("overviews", "pages", "reports")]
             self.assertEqual([name.rpartition(".")[0] for name in result.namelist()], [*names, "facts"])
-            alone = subprocess.run([OVERVIEW, "--json=-", self.recordings / "a.ts"], capture_output=True, check=True)
+            alone = subprocess.run(
+                [OVERVIEW, "--json=-", self.recordings / "a.ts"], capture_output=True, check=True
+            )
             self.assertEqual(result.read("overviews/0001.json"), alone.stdout)
             self.assertTrue(result.read("pages/0001.html").startswith(b"<!DOCTYPE html>"))
         self.assertEqual(self.facts()[1]["members"]["html"], "pages/0002.html")
@@ -64,7 +66,9 @@ class Task(ArchiveCase):
         self.planned("a.ts")
         self.task()
         [facts] = self.facts()
-        alone = json.loads(subprocess.run([OVERVIEW, "--json=-", self.recordings / "a.ts"], capture_output=True).stdout)
+        alone = json.loads(
+            subprocess.run([OVERVIEW, "--json=-", self.recordings / "a.ts"], capture_output=True).stdout
+        )
         for key in ("standard", "duration_s", "mean_bps", "packets"):
             self.assertEqual(facts[key], alone["recording"][key])
         self.assertEqual([each["name"] for each in facts["services"]], ["Sample One", "Sample Two HD"])
@@ -92,7 +96,9 @@ class Task(ArchiveCase):
         self.assertNotIn("packets", facts)
 
     def test_a_tool_that_aborts_gives_a_row_at_once(self):
-        self.stand_in('echo "mpeg_ts_overview: broken invariant" >&2; case $recording in *b.ts) kill -ABRT $$ ;; esac')
+        self.stand_in(
+            'echo "mpeg_ts_overview: broken invariant" >&2; case $recording in *b.ts) kill -ABRT $$ ;; esac'
+        )
         self.planned("a.ts", "b.ts", "c.ts")
         self.task()
         self.assertEqual([each["exit"] for each in self.facts()], [0, -signal.SIGABRT, 0])
@@ -110,7 +116,8 @@ class Task(ArchiveCase):
             ("case $recording in *b.ts) kill -BUS $$ ;; esac", -7, "ended by SIGBUS"),
             (
                 "case $recording in *b.ts) echo \"mpeg_ts_overview: cannot read 'b.ts': Input/output error\" >&2\nexit 1 ;; esac",
-                1, "cannot read 'b.ts': Input/output error",
+                1,
+                "cannot read 'b.ts': Input/output error",
             ),
         ):
             with self.subTest(message):
@@ -132,7 +139,9 @@ class Task(ArchiveCase):
         os.unlink(self.recordings / "b.ts")
         for _ in range(2):
             said = self.task(status=1)
-            self.assertEqual(said, f"list 000001: cannot open '{self.recordings}/b.ts': No such file or directory\n")
+            self.assertEqual(
+                said, f"list 000001: cannot open '{self.recordings}/b.ts': No such file or directory\n"
+            )
         self.assertEqual(self.looked(), {})
         self.task()
         self.assertEqual([each["exit"] for each in self.facts()], [0, None])
@@ -146,7 +155,9 @@ class Task(ArchiveCase):
             if mounted:
                 self.recordings.mkdir()  # the empty folder where nothing is mounted
             for _ in range(4):
-                self.assertEqual(self.task(status=1), f"list 000001: the storage '{self.recordings}' is away\n")
+                self.assertEqual(
+                    self.task(status=1), f"list 000001: the storage '{self.recordings}' is away\n"
+                )
         self.assertEqual(self.tries(), [])
         self.assert_nothing_written()
         self.recordings.rmdir()
@@ -159,8 +170,13 @@ class Task(ArchiveCase):
         # The program may write as much as it likes.
         self.stand_in("ulimit -S -f unlimited")
         for _ in range(4):
-            limited = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (3000, resource.RLIM_INFINITY))  # noqa: E731
-            self.assertEqual(self.task(status=1, preexec_fn=limited), "list 000001: cannot write the result: File too large\n")
+            limited = lambda: resource.setrlimit(
+                resource.RLIMIT_FSIZE, (3000, resource.RLIM_INFINITY)
+            )  # noqa: E731
+            self.assertEqual(
+                self.task(status=1, preexec_fn=limited),
+                "list 000001: cannot write the result: File too large\n",
+            )
             self.assert_nothing_written()
         self.assertEqual(self.tries(), [])
         self.task()
@@ -168,7 +184,9 @@ class Task(ArchiveCase):
 
     def test_no_room_for_an_overview_says_nothing_of_the_recording(self):
         self.planned("a.ts")
-        self.stand_in('echo "mpeg_ts_overview: cannot write to standard output: No space left on device" >&2; exit 1')
+        self.stand_in(
+            'echo "mpeg_ts_overview: cannot write to standard output: No space left on device" >&2; exit 1'
+        )
         for _ in range(4):
             self.assertIn("No space left on device", self.task(status=1))
         self.assertEqual(self.tries(), [])
@@ -182,7 +200,9 @@ class Task(ArchiveCase):
     def test_a_program_that_is_not_there_fails_the_list(self):
         self.planned("a.ts")
         self.program = self.scratch / "nothing"
-        self.assertEqual(self.task(status=1), f"mpeg_ts_archive: cannot run '{self.program}': No such file or directory\n")
+        self.assertEqual(
+            self.task(status=1), f"mpeg_ts_archive: cannot run '{self.program}': No such file or directory\n"
+        )
         self.assert_nothing_written()
 
     def test_a_task_that_is_ended_leaves_nothing(self):

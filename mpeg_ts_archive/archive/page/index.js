@@ -16,7 +16,8 @@ function badness(row) {
 function verdict(row) {
     if (row.message !== null) return row.message;
     if (row.checks.length === 0) return "no check fails";
-    return (row.checks.length === 1 ? "1 check fails: " : row.checks.length + " checks fail: ") + row.checks.join(", ");
+    const count = row.checks.length === 1 ? "1 check fails: " : row.checks.length + " checks fail: ";
+    return count + row.checks.join(", ");
 }
 
 const columns = [
@@ -30,10 +31,12 @@ const columns = [
     {title: "changed", value: (row) => row.mtime, show: (row) => date_text(row.mtime), kind: "number"},
 ];
 
+const fails_below = (row, priority) => row.failed !== null && row.failed.slice(0, priority).some((count) => count > 0);
+
 const verdicts = [
     {title: "all", holds: () => true},
-    {title: "a check of priority 1 fails", holds: (row) => row.failed !== null && row.failed[0] > 0},
-    {title: "a check of priority 1 or 2 fails", holds: (row) => row.failed !== null && row.failed[0] + row.failed[1] > 0},
+    {title: "a check of priority 1 fails", holds: (row) => fails_below(row, 1)},
+    {title: "a check of priority 1 or 2 fails", holds: (row) => fails_below(row, 2)},
     {title: "any check fails", holds: (row) => row.message === null && row.checks.length > 0},
     {title: "no check fails", holds: (row) => row.message === null && row.checks.length === 0},
     {title: "no overview", holds: (row) => row.message !== null},
@@ -141,10 +144,18 @@ function table_part() {
     let limit = rows_at_first;
     let order = [...recordings];
 
-    const filter = element("input", {id: "filter", type: "search", placeholder: "words of name, service or verdict",
-                                     "aria-label": "filter", oninput: filled_anew});
-    const choice = element("select", {id: "verdict", "aria-label": "verdict", onchange: filled_anew},
-        verdicts.map((each, index) => element("option", {value: index}, each.title)));
+    const filter = element("input", {
+        id: "filter",
+        type: "search",
+        placeholder: "words of name, service or verdict",
+        "aria-label": "filter",
+        oninput: filled_anew,
+    });
+    const choice = element(
+        "select",
+        {id: "verdict", "aria-label": "verdict", onchange: filled_anew},
+        verdicts.map((each, index) => element("option", {value: index}, each.title)),
+    );
 
     function filled_anew() {
         limit = rows_at_first;
@@ -154,15 +165,20 @@ function table_part() {
     function fill() {
         const words = filter.value.toLowerCase().split(/\s+/).filter((word) => word !== "");
         const holds = verdicts[Number(choice.value)].holds;
-        const found = order.filter((row) => holds(row) && (words.length === 0 || words.every((word) => haystack(row).includes(word))));
+        const found = order.filter((row) => holds(row) && words.every((word) => haystack(row).includes(word)));
         body.replaceChildren(...found.slice(0, limit).map(table_row));
         count.textContent = count_text(found.length) + " of " + count_text(order.length);
         more.replaceChildren();
         if (found.length <= limit) return;
-        more.append(count_text(limit) + " of " + count_text(found.length) + " rows. ", element("button", {type: "button", onclick: () => {
-            limit *= 10;
-            fill();
-        }}, "show more"));
+        more.append(
+            count_text(limit) + " of " + count_text(found.length) + " rows. ",
+            element("button", {type: "button", onclick: show_more}, "show more"),
+        );
+    }
+
+    function show_more() {
+        limit *= 10;
+        fill();
     }
 
     function sort_by(column, heading) {
@@ -175,18 +191,28 @@ function table_part() {
 
     const headings = columns.map((column) => {
         const heading = element("th", {scope: "col", class: column.kind});
-        heading.append(element("button", {type: "button", class: "sort", onclick: () => sort_by(column, heading)}, column.title));
+        const sort = () => sort_by(column, heading);
+        heading.append(element("button", {type: "button", class: "sort", onclick: sort}, column.title));
         return heading;
     });
     headings[0].setAttribute("aria-sort", "ascending");
     fill();
-    return element("section", {}, element("div", {class: "controls"}, filter, choice, count),
-        element("table", {}, element("thead", {}, element("tr", {}, headings)), body), more);
+    return element(
+        "section",
+        {},
+        element("div", {class: "controls"}, filter, choice, count),
+        element("table", {}, element("thead", {}, element("tr", {}, headings)), body),
+        more,
+    );
 }
 
 function table_row(row) {
-    return element("tr", {}, columns.map((column) =>
-        element("td", {class: column.kind + (column.fault?.(row) ? " fault" : ""), "data-title": column.title}, column.show(row))));
+    return element("tr", {}, columns.map((column) => table_cell(column, row)));
+}
+
+function table_cell(column, row) {
+    const classes = column.kind + (column.fault?.(row) ? " fault" : "");
+    return element("td", {class: classes, "data-title": column.title}, column.show(row));
 }
 
 document.body.append(header(), element("main", {}, table_part()));
