@@ -31,7 +31,8 @@ struct straight_meter {
         return meter.finish(end, [](uint16_t) { return false; }).at(0);
     }
 
-    pcr_meter meter{100 * ms, 500};
+    time_stretches stretches{100 * ms};
+    pcr_meter meter{stretches, 100 * ms, 500};
     recording_end end{.at = {}, .constant_bitrate = true, .clock_pids = {}};
     int64_t number = 0;
     int64_t step = 10 * ms;
