@@ -273,6 +273,14 @@ TEST_F(optional_si_check, a_table_in_a_short_recording_is_not_measured)
     EXPECT_EQ(stream.verdict("3.2"), "recording shorter than the limit");
 }
 
+TEST_F(optional_si_check, what_is_not_measured_has_no_worst)
+{
+    stream.every(5, 0, 20, 0x11, long_section(0x4A, 1, hex("F000 F000")));
+    stream.section(0, 0x12, eit_of(0x4F, 1, 0)).judge_at(19);
+    EXPECT_EQ(stream.verdict("3.2"), "recording shorter than the limit");
+    EXPECT_FALSE(stream.row("3.2").log.worst);
+}
+
 TEST_F(optional_si_check, eit_schedule_is_shown_and_not_judged)
 {
     stream.section(0, 0x12, eit_of(0x50, 1, 8)).section(100, 0x12, eit_of(0x50, 1, 8)).judge_at(300);
