@@ -71,6 +71,9 @@ void pcr_meter::on_continuity_error(std::optional<uint64_t> last_packet_before)
         else
             clocks[place].window.clear();
     }
+    if (last_packet_before)
+        for (const uint16_t place : with_closed)
+            for (pcr_window &window : clocks[place].closed) window.drop_behind(*last_packet_before);
     close_windows();
 }
 
@@ -166,10 +169,29 @@ void pcr_meter::add_point(pid_clock &clock, const ts_packet &packet, int64_t dif
     if (clock.window.full()) close_window(clock);
 }
 
+/// The window is measured later: a loss may show that began while it was open.
 void pcr_meter::close_window(pid_clock &clock)
 {
-    fits.measure(clock.window, clock.facts.pid, &clock.straightness);
+    if (clock.window.size() >= least_window_points) {
+        if (!clock.waits) with_closed.push_back(static_cast<uint16_t>(number_of[clock.facts.pid] - 1));
+        clock.waits = true;
+        clock.closed.push_back(std::move(clock.window));
+        measure_closed(clock, waiting_point_limit);
+    }
     clock.window.clear();
+}
+
+/// Measures the first of the windows that have closed, until no more points than these wait.
+void pcr_meter::measure_closed(pid_clock &clock, size_t points_that_wait)
+{
+    size_t points = 0;
+    for (const pcr_window &window : clock.closed) points += window.size();
+    auto next = clock.closed.begin();
+    for (; points > points_that_wait; ++next) {
+        fits.measure(*next, clock.facts.pid, &clock.straightness);
+        points -= next->size();
+    }
+    clock.closed.erase(clock.closed.begin(), next);
 }
 
 void pcr_meter::close_windows()
@@ -185,6 +207,7 @@ std::vector<pcr_facts> pcr_meter::finish(const recording_end &end,
                                          const std::function<bool(uint16_t pid)> &is_program_clock)
 {
     close_windows();
+    for (const uint16_t place : with_closed) measure_closed(clocks[place], 0);
     std::vector<pid_clock *> kept;
     for (pid_clock &clock : clocks) {
         if (clock.wait && clock.facts.count > 0 && !clock.dropped && is_program_clock(clock.facts.pid))

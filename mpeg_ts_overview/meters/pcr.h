@@ -20,6 +20,9 @@
 /// PIDs with two PCRs or more beyond these are only counted.
 constexpr size_t pcr_pid_limit = 256;
 
+/// So many points of a PID, in windows that have closed, wait for losses that show later.
+constexpr size_t waiting_point_limit = 1024;
+
 class pcr_meter {
 public:
     /// The longest interval between PCRs that is good, and the greatest residual.
@@ -71,8 +74,10 @@ private:
         bool arrived = false;                 ///< a PCR since that began
         bucket_series intervals;
         pcr_window window;
+        std::vector<pcr_window> closed; ///< not yet measured
         pcr_straightness straightness;
         bool listed = false; ///< stands in with_points
+        bool waits = false;  ///< stands in with_closed
     };
 
     pid_clock &clock_of(uint16_t pid);
@@ -83,6 +88,7 @@ private:
     void add_point(pid_clock &clock, const ts_packet &packet, int64_t difference);
     void close_window(pid_clock &clock);
     void close_windows();
+    void measure_closed(pid_clock &clock, size_t points_that_wait);
     static pcr_facts row_of(const pid_clock &clock, const recording_end &end);
 
     repetition_watch repetition;
@@ -93,6 +99,7 @@ private:
     std::array<uint16_t, mpeg_ts_pid_count> number_of = {}; ///< 1 + place in clocks; 0: none
     std::vector<pid_clock> clocks;                          ///< in order of first mention
     std::vector<uint16_t> with_points; ///< places in clocks whose windows may hold points
+    std::vector<uint16_t> with_closed; ///< places in clocks that had windows which closed
     size_t kept_count = 0;
     uint64_t not_kept = 0;
 };
