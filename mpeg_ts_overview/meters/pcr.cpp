@@ -7,8 +7,6 @@
 
 namespace {
 
-/// The greatest difference of successive PCRs that is no discontinuity, ISO/IEC 13818-1 2.7.2.
-constexpr int64_t longest_good_ticks = ticks_per_second / 10;
 /// Differences beyond this are no interval.
 constexpr int64_t longest_interval_ticks = 10 * ticks_per_second;
 
@@ -40,7 +38,7 @@ void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequen
     }
     // A copy has no PCR of its own.
     const bool has_PCR = packet.PCR && !sequence.duplicate;
-    if (packet.pid == mpeg_ts_padding_pid || (!has_PCR && number_of[packet.pid] == 0)) return;
+    if (!has_PCR && number_of[packet.pid] == 0) return;
 
     pid_clock &clock = clock_of(packet.pid);
     clock.flagged |= packet.discontinuity_indicator;
@@ -125,7 +123,7 @@ void pcr_meter::take_pair(pid_clock &clock, const ts_packet &packet, bool is_pro
 {
     const auto PCR = static_cast<int64_t>(*packet.PCR);
     const int64_t difference = forward_difference(clock.PCR, PCR, pcr_cycle_ticks);
-    const bool unflagged = !clock.flagged && difference > longest_good_ticks;
+    const bool unflagged = !clock.flagged && difference > longest_good_pcr_ticks;
     const bool by_difference = !clock.flagged && difference > 0 && difference <= longest_interval_ticks;
     const std::optional<int64_t> clock_ticks = by_difference ? std::optional(difference) : std::nullopt;
     const std::optional<int64_t> interval =

@@ -56,7 +56,8 @@ public:
     const violation_log &unflagged() const { return leaps; }
     /// True when two PCRs of a program clock followed each other.
     bool program_clock_measured() const { return has_program_clock; }
-    /// Residuals over the packet index, of all PIDs; worst is in ns, none when no window was measured.
+    /// Residuals over the packet index, of all PIDs but the null PID, which is no program's; worst is in ns,
+    /// none when no window was measured.
     const violation_log &residuals() const { return fits.beyond_limit(); }
     /// PIDs with two PCRs or more that have no row.
     uint64_t pids_not_kept() const { return not_kept; }

@@ -7,8 +7,6 @@
 
 namespace {
 
-/// The greatest difference of successive PCRs that is no discontinuity, ISO/IEC 13818-1 2.7.2.
-constexpr int64_t longest_good_ticks = ticks_per_second / 10;
 /// Stamps further from the clock have nothing to do with it.
 constexpr int64_t greatest_margin_ticks = 10 * ticks_per_second;
 
@@ -39,8 +37,9 @@ std::string ms_of_stamps(int64_t difference)
 
 } // namespace
 
-time_stamp_meter::time_stamp_meter(const time_stretches &stretches, int64_t pts_interval_limit_ticks)
-    : pts_repetition(stretches, after_break::at_the_next_arrival)
+time_stamp_meter::time_stamp_meter(const program_clocks &followed, const time_stretches &stretches,
+                                   int64_t pts_interval_limit_ticks)
+    : clocks(followed), pts_repetition(stretches, after_break::at_the_next_arrival)
 {
     pts_repetition.add_limit(pts_interval_limit_ticks, false);
 }
@@ -50,7 +49,8 @@ void time_stamp_meter::on_packet(const ts_packet &packet, const packet_sequence 
 {
     if (packet.transport_error_indicator || packet.pid == mpeg_ts_padding_pid || sequence.duplicate) return;
 
-    take_clock(packet);
+    if (packet.discontinuity_indicator)
+        if (pid_stamps *const stamps = stamps_of(packet.pid)) stamps->decoded.reset();
     if (packet.transport_scrambling_control != 0) {
         on_scrambled(packet.pid);
         return;
@@ -77,12 +77,6 @@ void time_stamp_meter::on_unlisted(uint16_t pid, const moment &at)
     stamps->decoded.reset();
 }
 
-time_stamp_meter::program_clock *time_stamp_meter::clock_of(std::optional<uint16_t> pid)
-{
-    if (!pid || clock_number[*pid] == 0) return nullptr;
-    return &clocks[clock_number[*pid] - 1u];
-}
-
 time_stamp_meter::pid_stamps *time_stamp_meter::stamps_of(uint16_t pid)
 {
     return stamps_number[pid] == 0 ? nullptr : &all_stamps[stamps_number[pid] - 1u];
@@ -93,38 +87,6 @@ time_stamp_meter::pid_stamps &time_stamp_meter::new_stamps_of(uint16_t pid)
     all_stamps.emplace_back().facts.pid = pid;
     stamps_number[pid] = static_cast<uint16_t>(all_stamps.size());
     return all_stamps.back();
-}
-
-/// Follows the clock of the packet's PID, and the discontinuities of clock and stamps.
-void time_stamp_meter::take_clock(const ts_packet &packet)
-{
-    program_clock *clock = clock_of(packet.pid);
-    if (packet.discontinuity_indicator) {
-        if (pid_stamps *const stamps = stamps_of(packet.pid)) stamps->decoded.reset();
-        if (clock != nullptr) {
-            clock->valid = false;
-            ++clock->discontinuities;
-        }
-    }
-    if (!packet.PCR) return;
-
-    const auto PCR = static_cast<int64_t>(*packet.PCR);
-    if (clock == nullptr) {
-        clocks.emplace_back();
-        clock_number[packet.pid] = static_cast<uint16_t>(clocks.size());
-        clock = &clocks.back();
-    } else if (clock->valid && forward_difference(clock->PCR, PCR, pcr_cycle_ticks) > longest_good_ticks) {
-        ++clock->discontinuities;
-    }
-    clock->PCR = PCR;
-    clock->at = packet.at;
-    clock->valid = true;
-}
-
-uint64_t time_stamp_meter::discontinuities_of(std::optional<uint16_t> pcr_pid)
-{
-    const program_clock *const clock = clock_of(pcr_pid);
-    return clock == nullptr ? 0 : clock->discontinuities;
 }
 
 void time_stamp_meter::take_unit_start(const ts_packet &packet, const stream_role &role)
@@ -182,7 +144,7 @@ void time_stamp_meter::take_order(pid_stamps &stamps, const pes_time_stamps &rea
     if (!stamp) return;
 
     has_decoding_time = true;
-    const decoding_point now{*stamp, packet.at, role.pcr_pid, discontinuities_of(role.pcr_pid)};
+    const decoding_point now{*stamp, packet.at, role.pcr_pid, clocks.discontinuities_of(role.pcr_pid)};
     const std::optional<decoding_point> &last = stamps.decoded;
     if (last && last->pcr_pid == now.pcr_pid && last->clock_discontinuities == now.clock_discontinuities &&
         !is_break_between(last->at, now.at)) {
@@ -199,15 +161,11 @@ void time_stamp_meter::take_order(pid_stamps &stamps, const pes_time_stamps &rea
 void time_stamp_meter::take_margin(pid_stamps &stamps, int64_t stamp, const ts_packet &packet,
                                    const stream_role &role)
 {
-    const program_clock *const clock = clock_of(role.pcr_pid);
-    if (clock == nullptr || !clock->valid || !packet.at.ticks) return;
-    // The PCR of the packet itself is good inside a break too.
-    const bool own_pcr = clock->at.packet == packet.at.packet;
-    const auto since = own_pcr ? std::optional<int64_t>(0) : interval_between(clock->at, packet.at);
-    if (!since) return;
+    if (!role.pcr_pid || !packet.at.ticks) return;
+    const std::optional<int64_t> clock = clocks.at(*role.pcr_pid, packet.at);
+    if (!clock) return;
 
-    const int64_t margin =
-        nearest_difference(clock->PCR + *since, stamp * ticks_per_time_stamp, pcr_cycle_ticks);
+    const int64_t margin = nearest_difference(*clock, stamp * ticks_per_time_stamp, pcr_cycle_ticks);
     count_margin(stamps, packet, margin);
     if (std::abs(margin) <= greatest_margin_ticks) add_to_series(stamps, packet.at, margin);
 }

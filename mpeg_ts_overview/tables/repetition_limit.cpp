@@ -33,10 +33,10 @@ void repetition_limit::judge(int64_t from_ticks, const moment &to, bool between_
                              const watched_thing &thing)
 {
     judge(found[0], *to.ticks - from_ticks, to, between_arrivals, thing);
-    const std::optional<wait> sure = sure_part({from_ticks, to});
+    const std::optional<wait> sure = sure_part({from_ticks, &to});
     if (!sure) return;
-    const bool is_whole = sure->from_ticks == from_ticks && sure->to.packet == to.packet;
-    judge(found[1], *sure->to.ticks - sure->from_ticks, sure->to, between_arrivals && is_whole, thing);
+    const bool is_whole = sure->from_ticks == from_ticks && sure->to->packet == to.packet;
+    judge(found[1], *sure->to->ticks - sure->from_ticks, *sure->to, between_arrivals && is_whole, thing);
 }
 
 void repetition_limit::judge_own(int64_t ticks, const moment &to, const watched_thing &thing)
@@ -56,10 +56,11 @@ void repetition_limit::judge(repetition_findings &here, int64_t ticks, const mom
 
 void repetition_limit::note_run(int64_t from_ticks, const moment &to)
 {
-    const wait whole = {from_ticks, to};
+    const wait whole = {from_ticks, &to};
     found[0].longest_run_ticks = std::max(found[0].longest_run_ticks, *to.ticks - from_ticks);
     if (const std::optional<wait> sure = sure_part(whole))
-        found[1].longest_run_ticks = std::max(found[1].longest_run_ticks, *sure->to.ticks - sure->from_ticks);
+        found[1].longest_run_ticks =
+            std::max(found[1].longest_run_ticks, *sure->to->ticks - sure->from_ticks);
 }
 
 void repetition_limit::note_own_run(int64_t ticks)
@@ -86,9 +87,9 @@ std::optional<repetition_limit::wait> repetition_limit::sure_part(const wait &wh
     if (!stretches.first_sure()) return std::nullopt;
     wait part = whole;
     part.from_ticks = std::max(part.from_ticks, *stretches.first_sure()->ticks);
-    if (part.to.extrapolated && part.to.packet > stretches.last_sure()->packet)
-        part.to = *stretches.last_sure();
-    if (*part.to.ticks < part.from_ticks) return std::nullopt;
+    if (part.to->extrapolated && part.to->packet > stretches.last_sure()->packet)
+        part.to = &*stretches.last_sure();
+    if (*part.to->ticks < part.from_ticks) return std::nullopt;
     return part;
 }
 

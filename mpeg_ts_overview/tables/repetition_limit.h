@@ -60,7 +60,7 @@ public:
 private:
     struct wait {
         int64_t from_ticks = 0;
-        moment to;
+        const moment *to = nullptr;
     };
 
     std::optional<wait> sure_part(const wait &whole) const;

@@ -19,7 +19,7 @@ struct straight_meter {
     void add_one(int64_t off)
     {
         ts_packet packet =
-            pcr_packet(pid, moment_at(static_cast<uint64_t>(number) * 10, number * time_step, stretch),
+            pcr_packet(clock, moment_at(static_cast<uint64_t>(number) * 10, number * time_step, stretch),
                        number * step + off);
         stretches.see(packet.at);
         if (arrival_step != 0) packet.arrival_ticks = number * arrival_step;
@@ -35,6 +35,7 @@ struct straight_meter {
     time_stretches stretches{100 * ms};
     pcr_meter meter{stretches, 100 * ms, 500};
     recording_end end{.at = {}, .constant_bitrate = true, .clock_pids = {}};
+    uint16_t clock = pid;
     int64_t number = 0;
     int64_t step = 10 * ms;
     int64_t time_step = 10 * ms;
@@ -56,6 +57,18 @@ TEST(pcr_straightness, pcrs_on_a_line_leave_nothing)
     EXPECT_STREQ(row.basis, "index");
     EXPECT_EQ(pcrs.meter.residuals().count, 0u);
     EXPECT_TRUE(pcrs.meter.residuals().worst);
+}
+
+TEST(pcr_straightness, pcrs_of_the_null_pid_are_measured_but_break_no_limit)
+{
+    straight_meter pcrs;
+    pcrs.clock = 0x1FFF;
+    pcrs.add(30);
+    pcrs.add_one(ms);
+    pcrs.add(30);
+    EXPECT_GT(pcrs.row().residual->max_ns, 900000);
+    EXPECT_EQ(pcrs.meter.residuals().count, 0u);
+    EXPECT_FALSE(pcrs.meter.residuals().worst);
 }
 
 TEST(pcr_straightness, a_pcr_that_is_off_by_more_than_the_limit_is_found)

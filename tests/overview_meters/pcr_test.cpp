@@ -170,7 +170,7 @@ TEST(pcr, a_copy_has_no_pcr_of_its_own_but_its_discontinuity_indicator_counts)
     EXPECT_EQ(row.discontinuities_flagged, 1u);
 }
 
-TEST(pcr, packets_with_transport_error_and_the_null_pid_give_nothing)
+TEST(pcr, packets_with_transport_error_give_nothing)
 {
     fed_meter fed;
     fed.pcr(0, 0, 0);
@@ -178,11 +178,21 @@ TEST(pcr, packets_with_transport_error_and_the_null_pid_give_nothing)
     broken.transport_error_indicator = true;
     fed.add(broken);
     fed.pcr(2, 40 * ms, 40 * ms);
-    for (uint64_t i = 0; i < 3; ++i) fed.add(pcr_packet(0x1FFF, moment_at(3 + i, 0), 0));
     const pcr_facts row = fed.row();
     EXPECT_EQ(row.pid, pid);
     EXPECT_EQ(row.count, 2u);
     EXPECT_EQ(row.discontinuities_flagged, 0u);
+}
+
+TEST(pcr, the_null_pid_with_two_pcrs_has_a_row_as_any_pid)
+{
+    fed_meter fed;
+    for (uint64_t i = 0; i < 3; ++i)
+        fed.add(pcr_packet(0x1FFF, moment_at(i, 0), static_cast<int64_t>(i) * ms));
+    const pcr_facts row = fed.row();
+    EXPECT_EQ(row.pid, 0x1FFF);
+    EXPECT_EQ(row.count, 3u);
+    EXPECT_EQ(row.interval_ticks.max, ms);
 }
 
 TEST(pcr, an_interval_falls_into_the_bucket_of_its_second_packet)

@@ -35,10 +35,11 @@ struct stamped_stream {
         return packet;
     }
 
-    void add(const ts_packet &packet)
+    void add(const ts_packet &packet, const packet_sequence &sequence = {})
     {
         stretches.see(packet.at);
-        meter.on_packet(packet, {}, role_of(packet.pid));
+        clocks.on_packet(packet, sequence);
+        meter.on_packet(packet, sequence, role_of(packet.pid));
     }
     void unit(uint16_t pid, const moment &at, int64_t pts, int64_t dts = -1)
     {
@@ -61,7 +62,8 @@ struct stamped_stream {
     }
 
     time_stretches stretches{100 * ms};
-    time_stamp_meter meter{stretches, 700 * ms};
+    program_clocks clocks;
+    time_stamp_meter meter{clocks, stretches, 700 * ms};
     recording_end end;
     uint16_t pcr_pid = clock_pid;
     bool still_pictures = false;

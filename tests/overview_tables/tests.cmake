@@ -1,4 +1,5 @@
 add_tests_of(overview_tables
+    flat_map_test.cpp
     log_violation_test.cpp
     pid_directory_test.cpp
     program_map_test.cpp
