@@ -25,9 +25,10 @@ transcript_settings settings_of(const overview_request &request)
 survey::survey(const overview_request &how, unsigned packet_size)
     : request(how), stride(packet_size), tables(how.other_limits, how.whole_multiplex, how.atsc_mode),
       absence(tables.times(), how.other_limits.pid_absence_ticks.value_or(pid_absence_limit_ticks)),
-      pcr(how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
+      pcr(tables.times(), how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
           how.other_limits.pcr_accuracy_ns.value_or(pcr_accuracy_limit_ns)),
-      time_stamps(clocks, how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
+      time_stamps(clocks, tables.times(),
+                  how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
       words(settings_of(how)), contents(tables.uses(), tables.programs(), clocks)
 {
 }

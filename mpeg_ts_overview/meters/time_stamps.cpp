@@ -25,6 +25,11 @@ void take_arrival(stamp_facts &facts, std::optional<moment> &before, const momen
     before = at;
 }
 
+watched_thing pts_of(uint16_t pid)
+{
+    return {pid, 0, std::nullopt, std::nullopt, "PTS"};
+}
+
 std::string ms_of_stamps(int64_t difference)
 {
     return in_ms(difference * ticks_per_time_stamp);
@@ -32,15 +37,16 @@ std::string ms_of_stamps(int64_t difference)
 
 } // namespace
 
-time_stamp_meter::time_stamp_meter(const program_clocks &followed, int64_t pts_interval_limit_ticks)
-    : clocks(followed), pts_limit("PTS", pts_interval_limit_ticks, after_break::at_the_next_arrival)
+time_stamp_meter::time_stamp_meter(const program_clocks &followed, const time_stretches &stretches,
+                                   int64_t pts_interval_limit_ticks)
+    : clocks(followed), pts_repetition(stretches, after_break::at_the_next_arrival)
 {
+    pts_repetition.add_limit(pts_interval_limit_ticks, false);
 }
 
 void time_stamp_meter::on_packet(const ts_packet &packet, const packet_sequence &sequence,
                                  const stream_role &role)
 {
-    pts_limit.see(packet.at);
     if (packet.transport_error_indicator || packet.pid == mpeg_ts_padding_pid || sequence.duplicate) return;
 
     if (packet.discontinuity_indicator)
@@ -58,14 +64,14 @@ void time_stamp_meter::on_scrambled(uint16_t pid)
     if (stamps == nullptr) return;
     stamps->pts_at.reset();
     stamps->dts_at.reset();
-    stamps->watch = {};
+    stamps->wait.reset();
 }
 
 void time_stamp_meter::on_unlisted(uint16_t pid, const moment &at)
 {
     pid_stamps *const stamps = stamps_of(pid);
     if (stamps == nullptr) return;
-    pts_limit.end(stamps->watch, pid, at);
+    end_wait(*stamps, at);
     on_scrambled(pid);
     stamps->PTS.reset();
     stamps->decoded.reset();
@@ -106,9 +112,18 @@ void time_stamp_meter::take_arrivals(pid_stamps &stamps, const pes_time_stamps &
     take_arrival(stamps.facts.pts, stamps.pts_at, packet.at);
     if (read.DTS) take_arrival(stamps.facts.dts, stamps.dts_at, packet.at);
     if (still_pictures)
-        stamps.watch = {};
+        stamps.wait.reset();
+    else if (stamps.wait)
+        pts_repetition.arrive(*stamps.wait, packet.at, pts_of(packet.pid));
     else
-        pts_limit.arrive(stamps.watch, packet.pid, packet.at);
+        stamps.wait = pts_repetition.started_by_arrival(packet.at);
+}
+
+/// Nothing is waited for any more.
+void time_stamp_meter::end_wait(pid_stamps &stamps, const moment &at)
+{
+    if (stamps.wait) pts_repetition.end(*stamps.wait, at, pts_of(stamps.facts.pid));
+    stamps.wait.reset();
 }
 
 /// Looks at the order of PTS, which is free, and of decoding.
@@ -184,8 +199,7 @@ time_stamp_meter::finish(const recording_end &end, const std::function<stream_ro
     std::vector<time_stamp_facts> rows;
     for (pid_stamps &stamps : all_stamps) {
         const stream_role role = role_of(stamps.facts.pid);
-        if (role.kind != stream_kind::other && !role.still_pictures)
-            pts_limit.end(stamps.watch, stamps.facts.pid, end.at);
+        if (role.kind != stream_kind::other && !role.still_pictures) end_wait(stamps, end.at);
 
         time_stamp_facts &row = rows.emplace_back(stamps.facts);
         if (!end.at.ticks || stamps.series != series_state::kept) continue;

@@ -5,12 +5,12 @@
 #include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/bucket_series.h"
-#include "mpeg_ts_overview/meters/interval_limit.h"
 #include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/meters/time_stamp_header.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/model/time_stamp_facts.h"
+#include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/tables/stream_role.h"
 
 #include <array>
@@ -26,7 +26,8 @@ class time_stamp_meter {
 public:
     /// The clocks of the programs, which take each packet before the meter does, and the longest interval
     /// between arrivals of PTS that is good.
-    time_stamp_meter(const program_clocks &followed, int64_t pts_interval_limit_ticks);
+    time_stamp_meter(const program_clocks &followed, const time_stretches &stretches,
+                     int64_t pts_interval_limit_ticks);
 
     /// Takes each packet that starts a unit or has the discontinuity_indicator, in order, and what its PID
     /// is.
@@ -45,7 +46,7 @@ public:
     // What the checks read, after finish.
 
     /// Intervals between arrivals of PTS, streams of still pictures aside.
-    const interval_limit &pts_intervals() const { return pts_limit; }
+    const repetition_limit &pts_intervals() const { return pts_repetition.limit(0); }
     /// Time stamps behind the program's clock.
     const violation_log &late() const { return late_log; }
     /// DTS above PTS, and DTS that go back.
@@ -70,7 +71,7 @@ private:
         std::optional<moment> dts_at;
         std::optional<int64_t> PTS;
         std::optional<decoding_point> decoded;
-        interval_watch watch;
+        std::optional<repetition_clock> wait; ///< for the next PTS, from the first on
         series_state series = series_state::none;
         bucket_series margin_series;
     };
@@ -80,6 +81,7 @@ private:
     void take_unit_start(const ts_packet &packet, const stream_role &role);
     void take_arrivals(pid_stamps &stamps, const pes_time_stamps &read, const ts_packet &packet,
                        bool still_pictures);
+    void end_wait(pid_stamps &stamps, const moment &at);
     void take_order(pid_stamps &stamps, const pes_time_stamps &read, const ts_packet &packet,
                     const stream_role &role);
     void take_margin(pid_stamps &stamps, int64_t stamp, const ts_packet &packet, const stream_role &role);
@@ -87,7 +89,7 @@ private:
     void add_to_series(pid_stamps &stamps, const moment &at, int64_t margin);
 
     const program_clocks &clocks;
-    interval_limit pts_limit;
+    repetition_watch pts_repetition;
     violation_log late_log;
     violation_log order_log;
     bool has_decoding_time = false;

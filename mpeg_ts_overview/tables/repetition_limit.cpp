@@ -32,21 +32,24 @@ repetition_limit::repetition_limit(const time_stretches &times, std::optional<in
 void repetition_limit::judge(int64_t from_ticks, const moment &to, bool between_arrivals,
                              const watched_thing &thing)
 {
-    const wait whole = {from_ticks, &to};
-    judge(found[0], whole, between_arrivals, thing);
-    const std::optional<wait> sure = sure_part(whole);
+    judge(found[0], *to.ticks - from_ticks, to, between_arrivals, thing);
+    const std::optional<wait> sure = sure_part({from_ticks, &to});
     if (!sure) return;
     const bool is_whole = sure->from_ticks == from_ticks && sure->to->packet == to.packet;
-    judge(found[1], *sure, between_arrivals && is_whole, thing);
+    judge(found[1], *sure->to->ticks - sure->from_ticks, *sure->to, between_arrivals && is_whole, thing);
 }
 
-void repetition_limit::judge(repetition_findings &here, const wait &w, bool between_arrivals,
-                             const watched_thing &thing)
+void repetition_limit::judge_own(int64_t ticks, const moment &to, const watched_thing &thing)
 {
-    const int64_t ticks = *w.to->ticks - w.from_ticks;
+    for (repetition_findings &here : found) judge(here, ticks, to, true, thing);
+}
+
+void repetition_limit::judge(repetition_findings &here, int64_t ticks, const moment &to,
+                             bool between_arrivals, const watched_thing &thing) const
+{
     const bool is_too_long = ticks > longest_allowed;
     if (is_too_long)
-        log_violation(here.log, *w.to, thing.pid, [&] { return words_of(thing) + " for " + in_ms(ticks); });
+        log_violation(here.log, to, thing.pid, [&] { return words_of(thing) + " for " + in_ms(ticks); });
     if (is_too_long || between_arrivals)
         here.longest_ticks = std::max(ticks, here.longest_ticks.value_or(ticks));
 }
@@ -60,6 +63,11 @@ void repetition_limit::note_run(int64_t from_ticks, const moment &to)
             std::max(found[1].longest_run_ticks, *sure->to->ticks - sure->from_ticks);
 }
 
+void repetition_limit::note_own_run(int64_t ticks)
+{
+    for (repetition_findings &here : found) here.longest_run_ticks = std::max(here.longest_run_ticks, ticks);
+}
+
 void repetition_limit::note_absence(const repetition_limit &alone, const moment &at,
                                     const watched_thing &thing)
 {
@@ -68,6 +76,7 @@ void repetition_limit::note_absence(const repetition_limit &alone, const moment 
         const int64_t run_ticks = alone.found[number].longest_run_ticks;
         here.longest_run_ticks = std::max(here.longest_run_ticks, run_ticks);
         if (!limit || run_ticks < *limit) continue;
+        here.longest_ticks = std::max(run_ticks, here.longest_ticks.value_or(run_ticks));
         log_violation(here.log, at, thing.pid, [&] { return words_of(thing) + " at all"; });
     }
 }

@@ -52,6 +52,8 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
 {
     const auto known = tables.find(key);
     const bool is_new = known == tables.end();
+    const uint8_t version = section.header.version_number;
+    if (!is_new) known->second.has_other_versions |= version != known->second.first_version;
     // Of a table all of whose numbers are waited for, those from 0 on are held.
     size_t first = is_new ? 0 : known->second.size();
     size_t fence = last_of(section) + size_t{1};
@@ -69,9 +71,10 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     }
 
     clock_count += fence - first;
-    // Further numbers of a new version are waited for from now on.
-    const bool from_the_start = is_new && awaited == awaited_sections::of_one_table;
     table_clocks &clocks = tables[key];
+    if (is_new) clocks.first_version = version;
+    // Further numbers of a new version are waited for from now on.
+    const bool from_the_start = is_new || (only_arrivals && !clocks.has_other_versions);
     for (size_t number = first; number < fence; ++number)
         clocks.insert(
             first_from(clocks, number),

@@ -37,6 +37,7 @@ struct stamped_stream {
 
     void add(const ts_packet &packet, const packet_sequence &sequence = {})
     {
+        stretches.see(packet.at);
         clocks.on_packet(packet, sequence);
         meter.on_packet(packet, sequence, role_of(packet.pid));
     }
@@ -60,8 +61,9 @@ struct stamped_stream {
         return rows.size() == 1 ? rows[0] : time_stamp_facts();
     }
 
+    time_stretches stretches{100 * ms};
     program_clocks clocks;
-    time_stamp_meter meter{clocks, 700 * ms};
+    time_stamp_meter meter{clocks, stretches, 700 * ms};
     recording_end end;
     uint16_t pcr_pid = clock_pid;
     bool still_pictures = false;
