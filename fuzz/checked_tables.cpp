@@ -226,7 +226,6 @@ overview run(fuzz_input in, const conditions &how)
     overview found = script.finish();
     promise_contents(found);
     promise_checks(found);
-    promised_json(found);
     return found;
 }
 
@@ -273,12 +272,14 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     how.other_limits = limits_of(choice, 1);
 
     const overview found = run(in, how);
+    promised_json(json_of(found));
     conditions other = how;
-    other.other_limits = limits_of(choice, 2);
-    check_wider_limits(found, run(in, other));
-    if (how.whole_multiplex) return 0;
-    other = how;
-    other.whole_multiplex = true;
-    check_whole_multiplex(found, run(in, other));
+    if (how.whole_multiplex || (modes & 8) != 0) {
+        other.other_limits = limits_of(choice, 2);
+        check_wider_limits(found, run(in, other));
+    } else {
+        other.whole_multiplex = true;
+        check_whole_multiplex(found, run(in, other));
+    }
     return 0;
 }

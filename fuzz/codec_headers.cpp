@@ -87,10 +87,10 @@ void check_details(const codec_details &details, bool is_video)
         check_sound(details);
 }
 
-/// A video header that a beginning of the stream has is also the first of the whole.
+/// A parameter set that a beginning of the stream has is also the first of the whole.
 void check_beginning(const family_reader &by, const byte_list &stream, const std::string &found, size_t size)
 {
-    if (!by.is_video) return;
+    if (by.family != codec_family::h264 && by.family != codec_family::hevc) return;
     const byte_list beginning(stream.begin(),
                               stream.begin() + static_cast<ptrdiff_t>(std::min(size, stream.size())));
     const std::string words = words_of(read(by, beginning));

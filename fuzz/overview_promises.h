@@ -3,6 +3,8 @@
 
 #include "mpeg_ts_overview/model/overview.h"
 
+#include <nlohmann/json.hpp>
+
 #include <string>
 
 /// Promises of the input and of what the meters found: that it adds up.
@@ -14,5 +16,8 @@ void promise_contents(const overview &found);
 /// Promises of the rows of the verdict.
 void promise_checks(const overview &found);
 
-/// The JSON, which can be parsed, holds against its schema, and is the same when it is written again.
-std::string promised_json(const overview &found);
+/// The JSON of what was found.
+std::string json_of(const overview &found);
+
+/// That text parsed, having promised that it can be and holds against its schema.
+nlohmann::ordered_json promised_json(const std::string &text);
