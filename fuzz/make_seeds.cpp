@@ -95,6 +95,21 @@ bytes without_padding(const bytes &stream)
     return kept;
 }
 
+/// The packets of the PIDs that carry sections, as raw payloads of the collector's entry.
+void write_collections(const bytes &stream)
+{
+    std::map<unsigned, bytes> payloads;
+    for (size_t at = 0; at + mpeg_ts_packet_size <= stream.size(); at += mpeg_ts_packet_size) {
+        mpeg_ts_packet packet;
+        if (!mpeg_ts_decode(&packet, stream.data() + at, mpeg_ts_packet_size) || packet.payload == nullptr)
+            continue;
+        const bytes payload(packet.payload, packet.fence);
+        bytes &all = payloads[packet.pid];
+        all = join({all, {packet.payload_unit_start_indicator}, big_endian(payload.size(), 1), payload});
+    }
+    for (const auto &[pid, all] : payloads) write("section_collector", all);
+}
+
 void write_seeds_of(const bytes &stream, const bytes &options)
 {
     bytes all;
@@ -108,7 +123,9 @@ void write_seeds_of(const bytes &stream, const bytes &options)
                                       bytes(section.begin(), section.begin() + static_cast<long>(part))}));
     }
     write("sections", join({options, all}));
+    write_collections(stream);
     write("whole_stream", join({options, hex("07"), without_padding(stream)}));
+    write("overview_outputs", join({options, hex("0C"), without_padding(stream)}));
     for (size_t at = 0; at + mpeg_ts_packet_size <= stream.size(); at += 7 * mpeg_ts_packet_size) {
         const bytes packet(stream.begin() + static_cast<long>(at),
                            stream.begin() + static_cast<long>(at + mpeg_ts_packet_size));
@@ -147,7 +164,10 @@ int main(int argc, char **argv)
     write("fixed_point",
           hex("09 7FEFFFFFFFFFFFFF 03 7FF8000000000000 07 0000000000000001 06 FFF0000000000000"));
     write("whole_stream", join({hex("15 80 12 07"), splice_points().avchd(5, 7)}));
+    write("overview_outputs", join({hex("03 80 00 0C"), splice_points().avchd(5, 40000)}));
     write_teletext(teletext_pages().data());
+    write("section_collector",
+          hex("0D 30 42 0009 0001C10000 2222FF55 0C 05 70 0005 C079124500 0E 01 03 00FFFF"));
     write("pes", pes_packet(0xE0, repeated(0x55, 100), 90000, 86400));
     write("pes", pes_packet(0xBD, repeated(0x55, 100), 90000));
     write("pes", hex("000001C0 0010 FFFF 4012 3100010001 1100010001 55"));

@@ -1,4 +1,5 @@
-// Runs an entry over all files of folders, without a fuzzing engine: replay_entries ENTRY FOLDER...
+// Runs an entry over all files of folders, without a fuzzing engine: replay_entries ENTRY FOLDER... Without
+// arguments it lists the entries.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -9,20 +10,6 @@
 #include <string_view>
 #include <vector>
 
-// Each entry's LLVMFuzzerTestOneInput is built under a name of its own.
-extern "C" {
-int replay_packet(const uint8_t *data, size_t size);
-int replay_table_assembly(const uint8_t *data, size_t size);
-int replay_sections(const uint8_t *data, size_t size);
-int replay_descriptor_loop(const uint8_t *data, size_t size);
-int replay_multiple_string(const uint8_t *data, size_t size);
-int replay_pes(const uint8_t *data, size_t size);
-int replay_teletext_unit(const uint8_t *data, size_t size);
-int replay_fixed_point(const uint8_t *data, size_t size);
-int replay_command_line(const uint8_t *data, size_t size);
-int replay_whole_stream(const uint8_t *data, size_t size);
-}
-
 namespace {
 
 struct named_entry {
@@ -30,18 +17,12 @@ struct named_entry {
     int (*run)(const uint8_t *data, size_t size);
 };
 
-constexpr named_entry entries[] = {
-    {"packet",          replay_packet         },
-    {"table_assembly",  replay_table_assembly },
-    {"sections",        replay_sections       },
-    {"descriptor_loop", replay_descriptor_loop},
-    {"multiple_string", replay_multiple_string},
-    {"pes",             replay_pes            },
-    {"teletext_unit",   replay_teletext_unit  },
-    {"fixed_point",     replay_fixed_point    },
-    {"command_line",    replay_command_line   },
-    {"whole_stream",    replay_whole_stream   },
-};
+} // namespace
+
+// Each entry's LLVMFuzzerTestOneInput, built under a name of its own: "entries", written by the build.
+#include "fuzz/replay_entries.h"
+
+namespace {
 
 void replay(const named_entry &entry, const std::filesystem::path &path)
 {
@@ -58,7 +39,11 @@ void replay(const named_entry &entry, const std::filesystem::path &path)
 
 int main(int argc, char **argv)
 {
-    const std::string_view name = argc > 1 ? argv[1] : "";
+    if (argc == 1) {
+        for (const named_entry &each : entries) std::printf("%s\n", each.name.data());
+        return 0;
+    }
+    const std::string_view name = argv[1];
     const auto entry = std::find_if(std::begin(entries), std::end(entries),
                                     [&](const named_entry &each) { return each.name == name; });
     if (entry == std::end(entries)) return 1;
