@@ -156,7 +156,7 @@ void write_codecs()
             write("codec_headers", join({big_endian(family, 1), hex(cut), hex("06"), big_endian(size, 1),
                                          part, hex("C2 00 06"), big_endian(size, 1), part}));
         }
-        ++family;
+        family += 1 + 0x18; // behind 768 other bytes more each time
     }
     write("codec_headers", join({hex("01 80"), hex("000001 6764001facd9405005bb016a02020280000003008000001907"
                                                    "8c18cb 000001")}));
@@ -195,7 +195,7 @@ void write_tables()
                         atsc_eit_section(1, {atsc_eit_entry(5, 1000000100, 3600, multiple_string("News"))})),
               record_of(14, 0x02, ett_section(0x10016, multiple_string("Text")))});
     for (const bytes &tables : {dvb, atsc}) {
-        for (const char *modes : {"00 00", "01 79", "02 08", "06 10", "03 00"}) {
+        for (const char *modes : {"00 00", "01 79", "0A 7B", "08 18", "06 10", "03 00"}) {
             write("checked_tables", join({hex(modes), tables}));
             write("checked_tables",
                   join({hex(modes), tables, hex("70 94 00 7A 3F C0"), tables, hex("70 9F 22"), tables}));

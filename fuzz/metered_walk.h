@@ -38,6 +38,7 @@ private:
 
     unsigned stride; ///< bytes from packet to packet
     packet_times times;
+    bool in_times = false;
     uint64_t next_packet = 0;
     int64_t last_ticks = 0;
     int64_t last_stretch = -1;
