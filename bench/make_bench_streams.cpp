@@ -3,6 +3,7 @@
 //   tables.ts  sections that are printed: PAT, PMT, SDT and EIT with descriptors, over and over
 //   guide.ts   a satellite multiplex rich in EIT: of its own programs, which is printed, and of other
 //              transport streams, which is not; a PAT every ten packets
+#include "bench/event_text.h"
 #include "tests/support/stream_builder.h"
 
 #include <cstdio>
@@ -32,12 +33,6 @@ void write_repeated(const std::string &path, const bytes &stream, size_t size)
         std::fprintf(stderr, "cannot write %s\n", path.c_str());
         std::exit(1);
     }
-}
-
-bytes counted(const char *text)
-{
-    const bytes characters = text_bytes(text);
-    return join({big_endian(characters.size(), 1), characters});
 }
 
 stream_builder dense()
@@ -83,32 +78,10 @@ stream_builder tables()
 constexpr unsigned programs = 8;
 constexpr unsigned first_pmt_pid = 0x0100;
 
-/// The descriptors of an event: its name, what happens in it, its kind, three components.
-bytes event_descriptors(const std::string &name, const std::string &story)
-{
-    constexpr size_t longest_part = 245;
-    bytes loop = descriptor(0x4D, join({text_bytes("eng"), counted(name.c_str()), counted("")}));
-    const auto last_part = static_cast<unsigned>(story.size() / longest_part);
-
-    for (unsigned part = 0; part <= last_part; ++part)
-        loop = join(
-            {loop,
-             descriptor(0x4E, join({big_endian(part << 4 | last_part, 1), text_bytes("eng"), hex("00"),
-                                    counted(story.substr(part * longest_part, longest_part).c_str())}))});
-    loop = join({loop, descriptor(0x55, hex("47425204")), descriptor(0x54, hex("1400"))});
-    for (const char *const component : {"F50B01", "F4C202", "F31405"})
-        loop = join({loop, descriptor(0x50, join({hex(component), text_bytes("eng")}))});
-    return loop;
-}
-
 /// An EIT section of count events.
 bytes event_section(unsigned table_id, unsigned service_id, unsigned transport_stream_id, unsigned count)
 {
-    std::string story;
-    for (unsigned i = 0; i < 6; ++i)
-        story +=
-            "What happens in event " + std::to_string(i * service_id) + " is told in a sentence or two. ";
-
+    const std::string story = story_of(service_id, 6);
     bytes events = join({big_endian(transport_stream_id, 2), hex("0001 00"), big_endian(table_id, 1)});
     for (unsigned i = 0; i < count; ++i) {
         const bytes loop = event_descriptors("Event " + std::to_string(100 * service_id + i), story);
@@ -131,7 +104,7 @@ void announce(stream_builder &stream)
                                          {0x04, pid + 2, descriptor(0x0A, hex("656E6700"))},
                                          {0x06, pid + 3, descriptor(0x6A, hex("8042"))}}));
         const std::string name = "Service " + std::to_string(program);
-        const bytes service = descriptor(0x48, join({hex("19"), counted("Provider"), counted(name.c_str())}));
+        const bytes service = descriptor(0x48, join({hex("19"), counted("Provider"), counted(name)}));
         services = join(
             {services, big_endian(program, 2), hex("FF"), big_endian(0x8000u | service.size(), 2), service});
     }

@@ -26,6 +26,15 @@ if(WITH_OVERVIEW)
     install(FILES packaging/completion/_mpeg_ts_overview DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
     install(FILES packaging/completion/mpeg_ts_overview.fish
             DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+
+    # mpeg_ts_archive has a package of its own: who has one machine needs neither Python nor a scheduler.
+    install(FILES docs/mpeg_ts_archive.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT archive)
+    install(FILES packaging/completion/mpeg_ts_archive.bash RENAME mpeg_ts_archive
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT archive)
+    install(FILES packaging/completion/_mpeg_ts_archive DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
+            COMPONENT archive)
+    install(FILES packaging/completion/mpeg_ts_archive.fish
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT archive)
 endif()
 
 install(TARGETS ${library_targets} EXPORT mpeg12Targets)

@@ -1,4 +1,5 @@
-# One package with everything that is installed: cpack --config <build>/CPackConfig.cmake -G DEB (also TGZ).
+# A package with everything that is installed but mpeg_ts_archive: cpack --config <build>/CPackConfig.cmake -G DEB (with -G TGZ
+# everything); and one of mpeg_ts_archive: cpack --config <build>/CPackArchiveConfig.cmake -G DEB.
 set(PACKAGE_MAINTAINER "mpeg_ts_analysis authors <authors@mpeg-ts-analysis.invalid>"
     CACHE STRING "who answers for the packages: a name and an address")
 
@@ -42,7 +43,14 @@ set(CPACK_DEBIAN_SOURCE_DOCDIR "${CMAKE_INSTALL_DOCDIR}")
 set(CPACK_DEBIAN_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
 set(CPACK_DEBIAN_MULTIARCH "${CMAKE_LIBRARY_ARCHITECTURE}")
 set(CPACK_DEBIAN_STRIP "${CMAKE_STRIP}")
+set(CPACK_PROJECT_CONFIG_FILE "${CMAKE_SOURCE_DIR}/packaging/debian/choose_component.cmake")
 configure_file(packaging/debian/changelog.in debian/changelog @ONLY)
 configure_file(packaging/debian/copyright.in debian/copyright @ONLY)
 
 include(CPack)
+
+if(WITH_OVERVIEW)
+    set(CPACK_DEBIAN_PACKAGE_NAME mpeg-ts-archive)
+    configure_file(packaging/debian/changelog.in archive/changelog @ONLY)
+    configure_file(packaging/debian/archive_package.cmake.in CPackArchiveConfig.cmake @ONLY)
+endif()

@@ -42,7 +42,7 @@ template <typename number_type>
     }
     if (field.width == 0) return put_long_decimal(w, number);
     if (field.width == 2 && field.zero_padded && !field.left_aligned && number < 100) {
-        std::memcpy(w, two_decimal_digits[number].data(), 2);
+        std::memcpy(w, two_decimal_digits[static_cast<size_t>(number)].data(), 2);
         return w + 2;
     }
     return put_decimal_field(w, number, false, field);

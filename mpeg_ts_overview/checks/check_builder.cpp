@@ -77,6 +77,9 @@ check_result check_builder::finish() &&
         result.outcome = check_outcome::fail;
     else if (result.why.empty())
         result.outcome = check_outcome::pass;
-    if (result.outcome != check_outcome::not_measured) result.why.clear();
+    if (result.outcome == check_outcome::not_measured)
+        result.log.worst.reset();
+    else
+        result.why.clear();
     return std::move(result);
 }

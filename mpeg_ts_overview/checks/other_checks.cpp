@@ -9,11 +9,6 @@ bool has_stamps(const time_stamp_facts &facts)
     return facts.pts.count > 0 || facts.dts.count > 0;
 }
 
-bool has_margin(const time_stamp_facts &facts)
-{
-    return facts.margin_ticks.count > 0 || facts.unrelated > 0;
-}
-
 } // namespace
 
 void look_at_psip(check_builder &row)
@@ -53,7 +48,8 @@ void look_at_late_time_stamps(check_builder &row)
     row.add_faults(from.time_stamps.late());
     if (std::none_of(stamps.begin(), stamps.end(), has_stamps))
         row.add_unmeasured("no PTS");
-    else if (std::none_of(stamps.begin(), stamps.end(), has_margin))
+    else if (std::none_of(stamps.begin(), stamps.end(),
+                          [](const time_stamp_facts &facts) { return facts.has_margins(); }))
         row.add_unmeasured("no PCR");
 }
 

@@ -5,9 +5,7 @@
 
 namespace {
 
-constexpr int64_t pcr_interval_ticks = ticks_per_second / 10; // 100 ms
 constexpr double pcr_accuracy_ns = 500;
-constexpr int64_t pts_interval_ticks = ticks_per_second / 10 * 7; // 700 ms
 
 /// A clause of PCRs of programs; false, and why, when there were none.
 bool has_program_clock(check_builder &row)
@@ -40,12 +38,9 @@ void look_at_crcs(check_builder &row)
 void look_at_pcr_intervals(check_builder &row)
 {
     const check_sources &from = row.from();
-    const bool sure = from.sure_times_only();
-    row.set_limit(in_seconds(from.other_limits.pcr_interval_ticks.value_or(pcr_interval_ticks)), "s");
-    row.add_faults(from.pcr.intervals().log(sure));
-    row.show(from.pcr.intervals().log(sure).worst);
-    if (has_program_clock(row) && !from.pcr.intervals().measured(sure))
-        row.add_unmeasured("recording shorter than the limit");
+    row.set_limit(in_seconds(*from.pcr.intervals().ticks()), "s");
+    has_program_clock(row);
+    row.add_intervals(from.pcr.intervals());
 }
 
 void look_at_pcr_leaps(check_builder &row)
@@ -71,15 +66,11 @@ void look_at_pcr_accuracy(check_builder &row)
 void look_at_pts_intervals(check_builder &row)
 {
     const check_sources &from = row.from();
-    const bool sure = from.sure_times_only();
     const auto has_pts = [](const time_stamp_facts &facts) { return facts.pts.count > 0; };
-    row.set_limit(in_seconds(from.other_limits.pts_interval_ticks.value_or(pts_interval_ticks)), "s");
-    row.add_faults(from.time_stamps.pts_intervals().log(sure));
-    row.show(from.time_stamps.pts_intervals().log(sure).worst);
+    row.set_limit(in_seconds(*from.time_stamps.pts_intervals().ticks()), "s");
     if (std::none_of(from.facts.time_stamps.begin(), from.facts.time_stamps.end(), has_pts))
         row.add_unmeasured("no PTS");
-    else if (!from.time_stamps.pts_intervals().measured(sure))
-        row.add_unmeasured("recording shorter than the limit");
+    row.add_intervals(from.time_stamps.pts_intervals());
 }
 
 void look_at_cat(check_builder &row)

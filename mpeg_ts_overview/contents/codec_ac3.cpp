@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/contents/codec_ac3.h"
 
+#include <iterator>
+
 #include "mpeg12_ts/bit_reader.h"
 #include "mpeg_ts_overview/contents/audio_frames.h"
 
@@ -109,6 +111,22 @@ bool confirms(const frame_header &first, const frame_header &next)
 }
 
 } // namespace
+
+unsigned ac3_sample_rate_hz(unsigned fscod)
+{
+    return sample_rates_hz[fscod];
+}
+
+std::optional<unsigned> ac3_bit_rate_bps(unsigned code)
+{
+    if (code >= std::size(bit_rates)) return {};
+    return 1000 * bit_rates[code];
+}
+
+unsigned ac3_channels(unsigned acmod)
+{
+    return channels_by_acmod[acmod];
+}
 
 std::optional<codec_details> ac3_details(const uint8_t *start, const uint8_t *fence)
 {

@@ -10,3 +10,12 @@
 /// another frame follows, or one at start that the data ends in. Where more substreams than that one come,
 /// channels and bit rate are not said. Nothing when there is none.
 std::optional<codec_details> ac3_details(const uint8_t *start, const uint8_t *fence);
+
+/// Of fscod 0 to 2.
+unsigned ac3_sample_rate_hz(unsigned fscod);
+
+/// Of half of frmsizecod; nothing for reserved values.
+std::optional<unsigned> ac3_bit_rate_bps(unsigned code);
+
+/// Full range channels of acmod 0 to 7.
+unsigned ac3_channels(unsigned acmod);

@@ -55,6 +55,21 @@ bool confirms(const frame_header &first, const frame_header &next)
 
 } // namespace
 
+const char *mpeg_2_aac_profile(unsigned profile)
+{
+    return profile < 3 ? profiles[profile] : "";
+}
+
+void set_aac_channels(unsigned channel_configuration, codec_details &details)
+{
+    if (channel_configuration == 0 || channel_configuration > 7) return;
+    const bool has_low_frequency_channel = channel_configuration >= 6;
+    details.channels = !has_low_frequency_channel   ? channel_configuration
+                       : channel_configuration == 6 ? 5
+                                                    : 7;
+    details.low_frequency_channel = has_low_frequency_channel;
+}
+
 std::optional<codec_details> adts_details(const uint8_t *start, const uint8_t *fence)
 {
     const auto frame = first_frame<frame_header>(start, fence, header_bytes, header_at, confirms);
@@ -64,10 +79,6 @@ std::optional<codec_details> adts_details(const uint8_t *start, const uint8_t *f
     details.name = "AAC";
     details.profile = profiles[header.profile];
     details.sample_rate_hz = header.sample_rate_hz;
-    // 0: the channels stand in a program_config_element. 6 is 5.1, 7 is 7.1.
-    const unsigned configuration = header.channel_configuration;
-    if (configuration == 0) return details;
-    details.channels = configuration <= 5 ? configuration : configuration == 6 ? 5 : 7;
-    details.low_frequency_channel = configuration >= 6;
+    set_aac_channels(header.channel_configuration, details);
     return details;
 }

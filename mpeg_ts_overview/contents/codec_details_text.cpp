@@ -31,7 +31,6 @@ std::string picture_text(const codec_details &details)
 
 std::string profile_text(const codec_details &details)
 {
-    if (details.name == "MPEG-2 video" && details.profile == "Main") return {};
     if (details.profile.empty() || details.level.empty()) return details.profile;
     return details.profile + "@" + details.level;
 }

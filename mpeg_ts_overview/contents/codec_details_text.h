@@ -6,5 +6,5 @@
 #include "mpeg_ts_overview/model/codec_details.h"
 
 /// What stands behind the codec's name: "1920x1080 25i High@4.0", "LC 48 kHz 2 ch", "48 kHz 5.1 ch 448
-/// kbit/s"; empty when nothing is known. The usual profile of MPEG-2 video, Main, is not said.
+/// kbit/s"; empty when nothing is known.
 std::string codec_details_text(const codec_details &details);

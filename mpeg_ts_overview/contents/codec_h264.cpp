@@ -10,49 +10,11 @@ constexpr unsigned extended_sar = 255;
 /// More than level 6.2 allows in either direction, in macroblocks.
 constexpr unsigned most_macroblocks = 1056;
 
-struct constraint_flags {
-    bool set0, set1, set2, set3, set4, set5;
-};
-
-/// Annex A.2; empty for others.
-const char *profile_name(unsigned profile_idc, const constraint_flags &constraints)
-{
-    switch (profile_idc) {
-    case 44:
-        return "CAVLC 4:4:4 Intra";
-    case 66:
-        return constraints.set1 ? "Constrained Baseline" : "Baseline";
-    case 77:
-        return "Main";
-    case 83:
-        return "Scalable Baseline";
-    case 86:
-        return "Scalable High";
-    case 88:
-        return "Extended";
-    case 100:
-        return !constraints.set4 ? "High" : constraints.set5 ? "Constrained High" : "Progressive High";
-    case 110:
-        return constraints.set3 ? "High 10 Intra" : "High 10";
-    case 118:
-        return "Multiview High";
-    case 122:
-        return constraints.set3 ? "High 4:2:2 Intra" : "High 4:2:2";
-    case 128:
-        return "Stereo High";
-    case 244:
-        return constraints.set3 ? "High 4:4:4 Intra" : "High 4:4:4 Predictive";
-    default:
-        return "";
-    }
-}
-
-std::string level_name(unsigned profile_idc, const constraint_flags &constraints, unsigned level_idc)
-{
-    const bool can_be_1b = profile_idc == 66 || profile_idc == 77 || profile_idc == 88;
-    if (level_idc == 9 || (level_idc == 11 && can_be_1b && constraints.set3)) return "1b";
-    return std::to_string(level_idc / 10) + "." + std::to_string(level_idc % 10);
-}
+/// In the six bits of constraint_set0_flag to constraint_set5_flag.
+constexpr unsigned constraint_set1_flag = 0x10;
+constexpr unsigned constraint_set3_flag = 0x04;
+constexpr unsigned constraint_set4_flag = 0x02;
+constexpr unsigned constraint_set5_flag = 0x01;
 
 bool has_chroma_format(unsigned profile_idc)
 {
@@ -222,13 +184,7 @@ bool read_size(rbsp_reader &in, unsigned chroma_format_idc, codec_details *detai
 std::optional<codec_details> read_seq_parameter_set(rbsp_reader &in)
 {
     const unsigned profile_idc = in.u(8);
-    constraint_flags constraints;
-    constraints.set0 = in.flag();
-    constraints.set1 = in.flag();
-    constraints.set2 = in.flag();
-    constraints.set3 = in.flag();
-    constraints.set4 = in.flag();
-    constraints.set5 = in.flag();
+    const unsigned constraint_set_flags = in.u(6);
     in.u(2); // reserved_zero_2bits
     const unsigned level_idc = in.u(8);
     const unsigned seq_parameter_set_id = in.ue();
@@ -244,12 +200,55 @@ std::optional<codec_details> read_seq_parameter_set(rbsp_reader &in)
     const bool vui_parameters_present_flag = in.flag();
     if (vui_parameters_present_flag) details.rate = read_vui_parameters(in);
     if (seq_parameter_set_id > 31 || chroma_format_idc > 3 || !in.ends_well()) return {};
-    details.profile = profile_name(profile_idc, constraints);
-    details.level = level_name(profile_idc, constraints, level_idc);
+    details.profile = h264_profile(profile_idc, constraint_set_flags);
+    details.level = h264_level(profile_idc, constraint_set_flags, level_idc);
     return details;
 }
 
 } // namespace
+
+const char *h264_profile(unsigned profile_idc, unsigned constraint_set_flags)
+{
+    const auto has = [&](unsigned flag) { return (constraint_set_flags & flag) != 0; };
+    switch (profile_idc) {
+    case 44:
+        return "CAVLC 4:4:4 Intra";
+    case 66:
+        return has(constraint_set1_flag) ? "Constrained Baseline" : "Baseline";
+    case 77:
+        return "Main";
+    case 83:
+        return "Scalable Baseline";
+    case 86:
+        return "Scalable High";
+    case 88:
+        return "Extended";
+    case 100:
+        return !has(constraint_set4_flag)  ? "High"
+               : has(constraint_set5_flag) ? "Constrained High"
+                                           : "Progressive High";
+    case 110:
+        return has(constraint_set3_flag) ? "High 10 Intra" : "High 10";
+    case 118:
+        return "Multiview High";
+    case 122:
+        return has(constraint_set3_flag) ? "High 4:2:2 Intra" : "High 4:2:2";
+    case 128:
+        return "Stereo High";
+    case 244:
+        return has(constraint_set3_flag) ? "High 4:4:4 Intra" : "High 4:4:4 Predictive";
+    default:
+        return "";
+    }
+}
+
+std::string h264_level(unsigned profile_idc, unsigned constraint_set_flags, unsigned level_idc)
+{
+    const bool has_set3 = (constraint_set_flags & constraint_set3_flag) != 0;
+    const bool can_be_1b = profile_idc == 66 || profile_idc == 77 || profile_idc == 88;
+    if (level_idc == 9 || (level_idc == 11 && can_be_1b && has_set3)) return "1b";
+    return std::to_string(level_idc / 10) + "." + std::to_string(level_idc % 10);
+}
 
 std::optional<codec_details> h264_details(const uint8_t *start, const uint8_t *fence)
 {

@@ -12,36 +12,6 @@ constexpr unsigned extended_sar = 255;
 /// More than level 6.2 allows in either direction.
 constexpr unsigned most_samples = 16888;
 
-/// Annex A.3; empty for others.
-const char *profile_name(unsigned general_profile_idc)
-{
-    switch (general_profile_idc) {
-    case 1:
-        return "Main";
-    case 2:
-        return "Main 10";
-    case 3:
-        return "Main Still Picture";
-    case 4:
-        return "Range Extensions";
-    case 5:
-        return "High Throughput";
-    case 9:
-        return "Screen Content Coding";
-    case 11:
-        return "High Throughput Screen Content Coding";
-    default:
-        return "";
-    }
-}
-
-std::string level_name(const profile_tier_level &levels)
-{
-    const unsigned tenths = levels.general_level_idc / 3;
-    const std::string level = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
-    return levels.general_tier_flag ? level + " high tier" : level;
-}
-
 /// Clock ticks, each a picture: E.2.1 and 7.3.2.1.
 std::optional<frame_rate> read_timing(rbsp_reader &in, bool field_seq_flag)
 {
@@ -230,13 +200,42 @@ std::optional<codec_details> read_seq_parameter_set(rbsp_reader &in, std::option
     details.rate = display.rate;
     details.interlaced = is_interlaced(levels, display.field_seq_flag);
     if (levels.general_profile_space == 0) {
-        details.profile = profile_name(levels.general_profile_idc);
-        details.level = level_name(levels);
+        details.profile = hevc_profile(levels.general_profile_idc);
+        details.level = hevc_level(levels.general_tier_flag, levels.general_level_idc);
     }
     return details;
 }
 
 } // namespace
+
+const char *hevc_profile(unsigned general_profile_idc)
+{
+    switch (general_profile_idc) {
+    case 1:
+        return "Main";
+    case 2:
+        return "Main 10";
+    case 3:
+        return "Main Still Picture";
+    case 4:
+        return "Range Extensions";
+    case 5:
+        return "High Throughput";
+    case 9:
+        return "Screen Content Coding";
+    case 11:
+        return "High Throughput Screen Content Coding";
+    default:
+        return "";
+    }
+}
+
+std::string hevc_level(bool general_tier_flag, unsigned general_level_idc)
+{
+    const unsigned tenths = general_level_idc / 3;
+    const std::string level = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+    return general_tier_flag ? level + " high tier" : level;
+}
 
 std::optional<codec_details> hevc_details(const uint8_t *start, const uint8_t *fence)
 {

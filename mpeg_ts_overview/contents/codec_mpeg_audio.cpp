@@ -26,6 +26,13 @@ constexpr unsigned low_rate_bit_rates[3][14] = {
 /// Of MPEG-1 by sampling_frequency; half of it in MPEG-2, a quarter in MPEG-2.5.
 constexpr unsigned sampling_frequencies[] = {44100, 48000, 32000};
 
+constexpr const char *mpeg_1_names[] = {"MPEG-1 audio layer I", "MPEG-1 audio layer II",
+                                        "MPEG-1 audio layer III"};
+constexpr const char *mpeg_2_names[] = {"MPEG-2 audio layer I", "MPEG-2 audio layer II",
+                                        "MPEG-2 audio layer III"};
+constexpr const char *mpeg_2_5_names[] = {"MPEG-2.5 audio layer I", "MPEG-2.5 audio layer II",
+                                          "MPEG-2.5 audio layer III"};
+
 struct frame_header {
     unsigned version;
     unsigned layer; // 1 to 3
@@ -82,17 +89,12 @@ bool confirms(const frame_header &first, const frame_header &next)
            first.sample_rate_hz == next.sample_rate_hz;
 }
 
-const char *name_of(const frame_header &header)
-{
-    constexpr const char *names[3][3] = {
-        {"MPEG-1 audio layer I",   "MPEG-1 audio layer II",   "MPEG-1 audio layer III"  },
-        {"MPEG-2 audio layer I",   "MPEG-2 audio layer II",   "MPEG-2 audio layer III"  },
-        {"MPEG-2.5 audio layer I", "MPEG-2.5 audio layer II", "MPEG-2.5 audio layer III"},
-    };
-    return names[header.version == mpeg_1 ? 0 : header.version == mpeg_2 ? 1 : 2][header.layer - 1];
-}
-
 } // namespace
+
+const char *mpeg_audio_name(bool is_mpeg_1, unsigned layer)
+{
+    return (is_mpeg_1 ? mpeg_1_names : mpeg_2_names)[layer - 1];
+}
 
 std::optional<codec_details> mpeg_audio_details(const uint8_t *start, const uint8_t *fence)
 {
@@ -100,7 +102,8 @@ std::optional<codec_details> mpeg_audio_details(const uint8_t *start, const uint
     if (!frame) return {};
     const frame_header &header = frame->first;
     codec_details details;
-    details.name = name_of(header);
+    details.name = header.version == mpeg_2_5 ? mpeg_2_5_names[header.layer - 1]
+                                              : mpeg_audio_name(header.version == mpeg_1, header.layer);
     details.sample_rate_hz = header.sample_rate_hz;
     details.channels = header.channels;
     // Frames of different rates are a variable bit rate, which no header tells.

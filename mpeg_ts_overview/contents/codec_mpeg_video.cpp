@@ -69,8 +69,61 @@ codec_details mpeg_1_details(const sequence_header &header)
     return details;
 }
 
-/// 13818-2 8.1, tables 8-2 to 8-4; nothing for reserved values.
-const char *profile_name(unsigned profile_and_level_indication)
+/// The sequence_extension behind its start code; nothing when it is another extension, cut or invalid.
+std::optional<codec_details> mpeg_2_details(const sequence_header &header, const uint8_t *start,
+                                            const uint8_t *fence)
+{
+    bit_reader in(start, fence);
+    const unsigned extension_start_code_identifier = in.bits(4);
+    const unsigned profile_and_level_indication = in.bits(8);
+    const unsigned progressive_sequence = in.bits(1);
+    const unsigned chroma_format = in.bits(2);
+    const unsigned horizontal_size_extension = in.bits(2);
+    const unsigned vertical_size_extension = in.bits(2);
+    in.bits(12); // bit_rate_extension
+    const unsigned marker_bit = in.bits(1);
+    in.bits(8); // vbv_buffer_size_extension
+    in.bits(1); // low_delay
+    const unsigned frame_rate_extension_n = in.bits(2);
+    const unsigned frame_rate_extension_d = in.bits(5);
+
+    if (in.bytes_read() > static_cast<size_t>(fence - start)) return {};
+    if (extension_start_code_identifier != sequence_extension_id || marker_bit != 1 || chroma_format == 0)
+        return {};
+
+    const frame_rate &rate = frame_rates[header.frame_rate_code - 1];
+    codec_details details;
+    details.name = "MPEG-2 video";
+    details.width = horizontal_size_extension << 12 | header.horizontal_size_value;
+    details.height = vertical_size_extension << 12 | header.vertical_size_value;
+    details.rate =
+        frame_rate_of(rate.num * (frame_rate_extension_n + 1), rate.den * (frame_rate_extension_d + 1));
+    details.interlaced = progressive_sequence == 0;
+    details.profile = mpeg_video_profile(profile_and_level_indication);
+    details.level = mpeg_video_level(profile_and_level_indication);
+    return details;
+}
+
+/// What a header and the start code behind it say; p is behind the header's own start code.
+std::optional<codec_details> sequence_details(const uint8_t *p, const uint8_t *fence)
+{
+    const auto header = read_sequence_header(p, fence);
+    if (!header) return {};
+    const uint8_t *const next = behind_start_code(header->fence, fence);
+    if (next == nullptr || next == fence) return {};
+    // Between a header and the next start code stand zeros only.
+    for (const uint8_t *stuffing = header->fence; stuffing < next - 3; ++stuffing)
+        if (*stuffing != 0) return {};
+
+    if (*next == extension_start_code) return mpeg_2_details(*header, next + 1, fence);
+    if (*next == picture_start_code || *next == user_data_start_code || *next == group_start_code)
+        return mpeg_1_details(*header);
+    return {};
+}
+
+} // namespace
+
+const char *mpeg_video_profile(unsigned profile_and_level_indication)
 {
     switch (profile_and_level_indication >> 4) {
     case 1:
@@ -102,7 +155,7 @@ const char *profile_name(unsigned profile_and_level_indication)
     }
 }
 
-const char *level_name(unsigned profile_and_level_indication)
+const char *mpeg_video_level(unsigned profile_and_level_indication)
 {
     switch (profile_and_level_indication) {
     case 0x82:
@@ -133,59 +186,11 @@ const char *level_name(unsigned profile_and_level_indication)
     }
 }
 
-/// The sequence_extension behind its start code; nothing when it is another extension, cut or invalid.
-std::optional<codec_details> mpeg_2_details(const sequence_header &header, const uint8_t *start,
-                                            const uint8_t *fence)
+std::optional<frame_rate> mpeg_video_frame_rate(unsigned frame_rate_code)
 {
-    bit_reader in(start, fence);
-    const unsigned extension_start_code_identifier = in.bits(4);
-    const unsigned profile_and_level_indication = in.bits(8);
-    const unsigned progressive_sequence = in.bits(1);
-    const unsigned chroma_format = in.bits(2);
-    const unsigned horizontal_size_extension = in.bits(2);
-    const unsigned vertical_size_extension = in.bits(2);
-    in.bits(12); // bit_rate_extension
-    const unsigned marker_bit = in.bits(1);
-    in.bits(8); // vbv_buffer_size_extension
-    in.bits(1); // low_delay
-    const unsigned frame_rate_extension_n = in.bits(2);
-    const unsigned frame_rate_extension_d = in.bits(5);
-
-    if (in.bytes_read() > static_cast<size_t>(fence - start)) return {};
-    if (extension_start_code_identifier != sequence_extension_id || marker_bit != 1 || chroma_format == 0)
-        return {};
-
-    const frame_rate &rate = frame_rates[header.frame_rate_code - 1];
-    codec_details details;
-    details.name = "MPEG-2 video";
-    details.width = horizontal_size_extension << 12 | header.horizontal_size_value;
-    details.height = vertical_size_extension << 12 | header.vertical_size_value;
-    details.rate =
-        frame_rate_of(rate.num * (frame_rate_extension_n + 1), rate.den * (frame_rate_extension_d + 1));
-    details.interlaced = progressive_sequence == 0;
-    details.profile = profile_name(profile_and_level_indication);
-    details.level = level_name(profile_and_level_indication);
-    return details;
+    if (frame_rate_code == 0 || frame_rate_code > std::size(frame_rates)) return {};
+    return frame_rates[frame_rate_code - 1];
 }
-
-/// What a header and the start code behind it say; p is behind the header's own start code.
-std::optional<codec_details> sequence_details(const uint8_t *p, const uint8_t *fence)
-{
-    const auto header = read_sequence_header(p, fence);
-    if (!header) return {};
-    const uint8_t *const next = behind_start_code(header->fence, fence);
-    if (next == nullptr || next == fence) return {};
-    // Between a header and the next start code stand zeros only.
-    for (const uint8_t *stuffing = header->fence; stuffing < next - 3; ++stuffing)
-        if (*stuffing != 0) return {};
-
-    if (*next == extension_start_code) return mpeg_2_details(*header, next + 1, fence);
-    if (*next == picture_start_code || *next == user_data_start_code || *next == group_start_code)
-        return mpeg_1_details(*header);
-    return {};
-}
-
-} // namespace
 
 std::optional<codec_details> mpeg_video_details(const uint8_t *start, const uint8_t *fence)
 {

@@ -5,7 +5,6 @@
 
 void recording_contents::on_packet(const ts_packet &packet, const packet_sequence &sequence)
 {
-    if (packet.PCR || packet.discontinuity_indicator) clocks.on_packet(packet, sequence);
     if (headers.wants(packet.pid)) headers.on_packet(packet, sequence);
     if (has_teletext[packet.pid]) teletext.on_packet(packet, sequence);
 }

@@ -25,9 +25,9 @@
 
 class recording_contents {
 public:
-    /// Both take the sections before this does.
-    recording_contents(const pid_directory &uses, const program_map &programs)
-        : directory(uses), map(programs)
+    /// All take sections and packets before this does.
+    recording_contents(const pid_directory &uses, const program_map &programs, const program_clocks &followed)
+        : directory(uses), map(programs), clocks(followed)
     {
     }
 
@@ -35,8 +35,7 @@ public:
     /// in a row no more than the first.
     bool wants(uint16_t pid) const { return headers.wants(pid) || has_teletext[pid]; }
 
-    /// Takes the packets of the PIDs that it wants, and any packet with a PCR or the discontinuity_indicator,
-    /// before the sections that end in it.
+    /// Takes the packets of the PIDs that it wants, before the sections that end in them.
     void on_packet(const ts_packet &packet, const packet_sequence &sequence);
 
     /// Takes every section that is whole; where it has a CRC_32 that is looked at, that is right.
@@ -55,8 +54,8 @@ private:
 
     const pid_directory &directory;
     const program_map &map;
+    const program_clocks &clocks;
     dvb_text_converter texts;
-    program_clocks clocks;
     service_list services{texts};
     network_information network{texts};
     program_descriptions descriptions;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include "mpeg_ts_overview/contents/utf8_text.h"
+#include "text/utf8_valid.h"
 
 namespace {
 
@@ -83,17 +85,33 @@ bool is_control_of_10646(unsigned code)
     return code >= 0xE080 && code <= 0xE09F;
 }
 
-using code_point_reader = unsigned (*)(const uint8_t **position, const uint8_t *fence);
-
-std::string text_of_10646(const uint8_t *p, const uint8_t *fence, code_point_reader next)
+std::string text_of_utf16(const uint8_t *p, const uint8_t *fence)
 {
     std::string text;
     while (p < fence) {
-        const unsigned code = next(&p, fence);
+        const unsigned code = next_utf16_code_point(&p, fence);
         if (is_control_of_10646(code))
             append_control(text, code);
         else
             append_code_point(text, code);
+    }
+    return text;
+}
+
+std::string text_of_utf8(const uint8_t *p, const uint8_t *fence)
+{
+    constexpr std::string_view before_controls = "\xEE\x82"; // U+E080 to U+E0BF; the last byte is the code's
+    const std::string valid = utf8_valid({reinterpret_cast<const char *>(p), static_cast<size_t>(fence - p)});
+    std::string text;
+    for (size_t i = 0; i < valid.size();) {
+        const bool is_private = valid.compare(i, before_controls.size(), before_controls) == 0;
+        const unsigned last = is_private ? static_cast<uint8_t>(valid[i + before_controls.size()]) : 0;
+        if (is_private && is_control_of_10646(0xE000 | last)) {
+            append_control(text, last);
+            i += before_controls.size() + 1;
+        } else {
+            text += valid[i++];
+        }
     }
     return text;
 }
@@ -155,8 +173,8 @@ std::string dvb_text_converter::text(const uint8_t *start, const uint8_t *fence)
     const selection selected = selection_of(start, fence);
     const uint8_t *p = start + selected.selector_bytes;
     if (selected.how == coding::reserved) return "(encoded)";
-    if (selected.how == coding::utf16) return text_of_10646(p, fence, next_utf16_code_point);
-    if (selected.how == coding::utf8) return text_of_10646(p, fence, next_utf8_code_point);
+    if (selected.how == coding::utf16) return text_of_utf16(p, fence);
+    if (selected.how == coding::utf8) return text_of_utf8(p, fence);
 
     // ASCII is the lower half of each of these tables, with or without a converter.
     if (is_ascii(p, fence)) return {p, fence};

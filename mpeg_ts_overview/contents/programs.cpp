@@ -61,9 +61,10 @@ void program_descriptions::describe(program_stream &stream, const stream_descrip
     stream.kind = description.kind;
     stream.language = description.language;
     if (!description.family) return;
-    const codec_details *const details = headers.details_of(stream.pid, *description.family);
+    const codec_details *details = headers.details_of(stream.pid, *description.family);
+    if (details == nullptr && description.details) details = &*description.details;
     if (details == nullptr) return;
-    if (header_names_codec(*description.family)) stream.name = details->name;
+    if (header_names_codec(*description.family) && !details->name.empty()) stream.name = details->name;
     stream.details = codec_details_text(*details);
 }
 

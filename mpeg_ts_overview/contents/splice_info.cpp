@@ -4,6 +4,7 @@
 #include "mpeg_ts_overview/contents/segmentation.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace {
 
@@ -193,7 +194,11 @@ cue read_splice_info(const uint8_t *start, const uint8_t *fence)
     message.command = encrypted_packet ? "encrypted" : command_name(splice_command_type);
     if (encrypted_packet) return message;
     const uint8_t *const command = in.position();
-    read_command(in, splice_command_type, message);
+    cue told = message;
+    read_command(in, splice_command_type, told);
+    // Of a command that the section cuts short, fields that are not there would read as zeros.
+    const bool is_whole = in.bytes_read() <= static_cast<size_t>(fence - start);
+    if (is_whole) message = std::move(told);
     if (message.pts_time) message.pts_time = (*message.pts_time + pts_adjustment) & pts_mask;
 
     if (splice_command_length == unstated_length) {

@@ -1,5 +1,6 @@
 #include "mpeg_ts_overview/contents/stream_description.h"
 
+#include "mpeg_ts_overview/contents/codec_descriptors.h"
 #include "mpeg_ts_overview/contents/utf8_text.h"
 #include "mpeg_ts_overview/tables/descriptor_loop.h"
 #include "mpeg_ts_overview/tables/stream_type.h"
@@ -236,6 +237,7 @@ stream_description describe_stream(const pmt_entry &stream, bool blu_ray_program
         take(description, *of_disc);
     }
     if (type == private_pes_type) describe_private_data(stream.ES_info, description);
+    if (description.family) description.details = described_details(stream.ES_info, *description.family);
     if (type == private_sections_stream_type &&
         has_descriptor(stream.ES_info, application_signalling_descriptor))
         description.name = "application information";

@@ -8,11 +8,12 @@
 #include <string>
 
 struct stream_description {
-    const char *name = "";              ///< "MPEG-2 video", "DVB subtitles"
-    const char *kind = "data";          ///< "video", "audio", "teletext", "subtitles", "cues" or "data"
-    std::string language;               ///< ISO 639-2, UTF-8, each once, joined by ","
-    std::optional<codec_family> family; ///< where headers in the stream tell more
-    bool is_teletext = false;           ///< its packets carry EBU Teletext
+    const char *name = "";                ///< "MPEG-2 video", "DVB subtitles"
+    const char *kind = "data";            ///< "video", "audio", "teletext", "subtitles", "cues" or "data"
+    std::string language;                 ///< ISO 639-2, UTF-8, each once, joined by ","
+    std::optional<codec_family> family;   ///< where headers in the stream tell more
+    std::optional<codec_details> details; ///< what descriptors say, where no header tells more
+    bool is_teletext = false;             ///< its packets carry EBU Teletext
 };
 
 /// blu_ray_program: program_info is registered as HDMV.

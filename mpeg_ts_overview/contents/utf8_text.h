@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 /// Stands for what cannot be converted.
 constexpr unsigned replacement_character = 0xFFFD;
@@ -12,12 +11,8 @@ constexpr unsigned replacement_character = 0xFFFD;
 /// Appends a code point as UTF-8; surrogates and values above 0x10FFFF become U+FFFD.
 void append_code_point(std::string &text, unsigned code);
 
-/// Reads the code point at *position, which is below fence, and moves *position behind it. What is not
-/// well-formed UTF-8 is U+FFFD, one for each longest beginning of a sequence.
-unsigned next_utf8_code_point(const uint8_t **position, const uint8_t *fence);
-
-/// The same of UTF-16, high byte first. A surrogate without its other half and a single byte at the end are
-/// U+FFFD.
+/// Reads the code point of UTF-16, high byte first, at *position, which is below fence, and moves *position
+/// behind it. A surrogate without its other half and a single byte at the end are U+FFFD.
 unsigned next_utf16_code_point(const uint8_t **position, const uint8_t *fence);
 
 /// The text of UTF-16 code units, high byte first; zeros become U+0000.
@@ -25,6 +20,3 @@ std::string utf16_text(const uint8_t *start, const uint8_t *fence);
 
 /// The text of ISO/IEC 8859-1 bytes, which are the first 256 code points: language and country codes.
 std::string latin_1_text(const uint8_t *start, const uint8_t *fence);
-
-/// The text with U+FFFD for what is not well-formed: for paths and whatever else is only likely to be UTF-8.
-std::string valid_utf8(std::string_view text);

@@ -2,14 +2,17 @@
 
 #include "mpeg_ts_overview/driver/limit_value.h"
 #include "mpeg_ts_overview/driver/overview_usage.h"
+#include "mpeg_ts_overview/driver/standard_streams.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string_view>
 
 namespace {
@@ -114,6 +117,17 @@ uint32_t read_country(const std::string &text)
     return static_cast<uint32_t>(number);
 }
 
+/// Whether both name one file, under whatever names. Pipes and devices have room for two.
+bool take_each_others_place(const std::string &one, const std::string &other)
+{
+    std::error_code ignored;
+    if (std::filesystem::is_other(one, ignored)) return false;
+    const auto place_of = [&](const std::string &path) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(path, ignored), ignored);
+    };
+    return one == other || (!place_of(one).empty() && place_of(one) == place_of(other));
+}
+
 void check_outputs(const overview_options &options, bool text_asked_for)
 {
     const auto to_standard_output = [](const std::optional<std::string> &path) {
@@ -121,7 +135,7 @@ void check_outputs(const overview_options &options, bool text_asked_for)
     };
     if (to_standard_output(options.json) + to_standard_output(options.html) + text_asked_for > 1)
         throw usage_error{"only one of --json, --html and --text can go to standard output"};
-    if (options.json && options.json == options.html)
+    if (options.json && options.html && take_each_others_place(*options.json, *options.html))
         throw usage_error{fmt::format("--json and --html: both are '{}'", *options.json)};
 }
 
@@ -192,9 +206,17 @@ void interpret(const CLI::App &app, const given_options &given, overview_options
 
 int wrong_usage(const std::string &message)
 {
-    std::fprintf(stderr, "mpeg_ts_overview: %s\nmpeg_ts_overview --help lists the options\n",
-                 message.c_str());
-    return 1;
+    const int status = say_failure(message);
+    std::fputs("mpeg_ts_overview --help lists the options\n", stderr);
+    return status;
+}
+
+/// Returns the exit status.
+int print(const std::string &text)
+{
+    const bool printed = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    if (printed) return 0;
+    return say_failure(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
 }
 
 } // namespace
@@ -211,11 +233,9 @@ std::optional<int> parse_command_line(int argc, const char *const *argv, overvie
         interpret(app, given, options);
         return std::nullopt;
     } catch (const CLI::CallForHelp &) {
-        std::fputs(overview_usage, stdout);
-        return 0;
+        return print(overview_usage);
     } catch (const CLI::CallForVersion &version) {
-        std::printf("%s\n", version.what());
-        return 0;
+        return print(fmt::format("{}\n", version.what()));
     } catch (const CLI::ParseError &error) {
         return wrong_usage(error.what());
     } catch (const usage_error &error) {

@@ -1,6 +1,8 @@
 #include "mpeg_ts_overview/driver/interrupt.h"
 
+#include <cerrno>
 #include <csignal>
+#include <poll.h>
 
 namespace {
 
@@ -44,6 +46,23 @@ void interrupt_catch(void (*at_second)())
 bool interrupt_noted()
 {
     return noted_signal != 0;
+}
+
+bool interrupt_wait_to_read(int descriptor)
+{
+    sigset_t noted_ones;
+    sigset_t before;
+    sigemptyset(&noted_ones);
+    sigaddset(&noted_ones, SIGINT);
+    sigaddset(&noted_ones, SIGTERM);
+
+    // Held back but while it waits, no signal comes between the look at what was noted and the wait.
+    sigprocmask(SIG_BLOCK, &noted_ones, &before);
+    pollfd input = {descriptor, POLLIN, 0};
+    while (noted_signal == 0 && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    return noted_signal == 0;
 }
 
 void interrupt_stop_if_noted()

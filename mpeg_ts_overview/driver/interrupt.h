@@ -9,5 +9,9 @@ void interrupt_catch(void (*at_second)());
 /// True once a signal came.
 bool interrupt_noted();
 
+/// Waits until reading from the descriptor would not wait. Returns false as soon as a signal was noted,
+/// before or while it waits.
+bool interrupt_wait_to_read(int descriptor);
+
 /// Ends the program as the signal that was noted would have. Returns when none was.
 void interrupt_stop_if_noted();

@@ -3,7 +3,9 @@
 #include "mpeg_ts_overview/driver/overview_of.h"
 #include "mpeg_ts_overview/driver/overview_outputs.h"
 #include "mpeg_ts_overview/driver/recording_file.h"
+#include "mpeg_ts_overview/driver/standard_streams.h"
 #include "mpeg_ts_overview/driver/unfinished_outputs.h"
+#include "text/utf8_valid.h"
 
 #include <fmt/format.h>
 
@@ -36,21 +38,15 @@ overview_request request_of(const overview_options &options)
     return request;
 }
 
-/// Says on standard error why the run ends with status 1.
-int failed(const std::string &reason)
-{
-    std::fprintf(stderr, "mpeg_ts_overview: %s\n", reason.c_str());
-    return 1;
-}
-
-/// What ended the reading, in words; empty when it was the end of the recording.
+/// What ended the reading, in words; empty when it was the end of the recording, or an interrupt.
 std::string reason_of(reading_outcome outcome, const recording_file &file, const std::string &path)
 {
     switch (outcome) {
     case reading_outcome::done:
         return "";
     case reading_outcome::no_packets:
-        return "no transport packets found";
+        // Who stopped the reading knows that there may be more behind.
+        return interrupt_noted() ? "" : "no transport packets found";
     case reading_outcome::no_arrival_time_stamps:
         return "--clock=arrival: only packets of 192 bytes have arrival time stamps";
     case reading_outcome::read_error:
@@ -67,24 +63,31 @@ bool a_check_fails(const overview &found, const std::vector<int> &priorities)
     });
 }
 
+/// Says why there is nothing to read or to write, unless it is that an interrupt came first. Returns the exit
+/// status.
+int nothing_done(const std::string &reason)
+{
+    return interrupt_noted() ? 1 : say_failure(reason);
+}
+
 /// Returns the exit status.
 int run(const overview_options &options)
 {
     recording_file file;
     if (!file.open(options.input))
-        return failed(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
+        return nothing_done(fmt::format("cannot open '{}': {}", options.input, std::strerror(errno)));
     overview_outputs outputs;
-    if (!outputs.open(options, file.identity())) return failed(outputs.error());
+    if (!outputs.open(options, file.identity())) return nothing_done(outputs.error());
 
     overview found;
-    found.recording.path = options.input;
+    found.recording.path = utf8_valid(options.input);
     const auto source = [&](uint8_t *to, size_t size) { return file.read(to, size); };
     const reading_outcome outcome = overview_of(source, request_of(options), found);
     file.end_progress();
     const std::string reason = reason_of(outcome, file, options.input);
     // What was read before an error is not lost.
-    if (found.recording.packet_size != 0 && !outputs.write(found)) return failed(outputs.error());
-    if (!reason.empty()) return failed(reason);
+    if (found.recording.packet_size != 0 && !outputs.write(found)) return say_failure(outputs.error());
+    if (!reason.empty()) return say_failure(reason);
     return a_check_fails(found, options.checked) ? 2 : 0;
 }
 
@@ -92,6 +95,7 @@ int run(const overview_options &options)
 
 int main(int argc, char **argv)
 {
+    standard_streams_hold_their_places();
     overview_options options;
     if (const auto status = parse_command_line(argc, argv, &options)) return *status;
 

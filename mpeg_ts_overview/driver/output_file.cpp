@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -105,12 +106,12 @@ bool output_file::open_beside(const struct stat *replaced)
 
 bool output_file::open_in_place(const struct stat &input)
 {
-    // Not emptied before it is known what it is.
+    // Not emptied before it is known what it is, and what comes instead.
     descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, mode_of_new_files);
     struct stat place = {};
     if (descriptor_ < 0 || fstat(descriptor_, &place) != 0) return fail(errno);
     if (is_same_file(place, input)) return fail("it is the input");
-    if (S_ISREG(place.st_mode) && ftruncate(descriptor_, 0) != 0) return fail(errno);
+    holds_what_was_ = S_ISREG(place.st_mode);
     return true;
 }
 
@@ -123,6 +124,7 @@ bool output_file::write(std::string_view text)
 
 bool output_file::flush()
 {
+    if (std::exchange(holds_what_was_, false) && ftruncate(descriptor_, 0) != 0) return fail(errno);
     const int error_number = write_all(descriptor_, buffer_);
     buffer_.clear();
     return error_number == 0 || fail(error_number);

@@ -14,9 +14,9 @@ public:
     output_file &operator=(const output_file &) = delete;
 
     /// Opens the output at path, "-" being standard output. A place that is empty or holds a regular file is
-    /// written to by finish(); anything else, as pipes, devices and symbolic links, at once. input: what
-    /// fstat() says of the input, which is never written to. Returns false when it cannot be opened; error()
-    /// says why.
+    /// written to by finish(); anything else, as pipes, devices and symbolic links, as the text comes. input:
+    /// what fstat() says of the input, which is never written to. Returns false when it cannot be opened;
+    /// error() says why.
     bool open(const std::string &path, const struct stat &input);
 
     /// Returns false when this or something before could not be written.
@@ -41,4 +41,5 @@ private:
     std::string buffer_;
     std::string error_;
     int descriptor_ = -1;
+    bool holds_what_was_ = false; ///< the file that is written in place is not emptied yet
 };

@@ -50,7 +50,7 @@ ptrdiff_t recording_file::read(uint8_t *to, size_t room)
 {
     if (shows_progress) show_progress();
     ssize_t got = -1;
-    while (!interrupt_noted() && (got = ::read(descriptor, to, room)) < 0 && errno == EINTR) {
+    while (interrupt_wait_to_read(descriptor) && (got = ::read(descriptor, to, room)) < 0 && errno == EINTR) {
     }
     if (interrupt_noted()) return 0;
     if (got < 0) read_error = errno;

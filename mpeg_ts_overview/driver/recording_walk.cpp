@@ -1,7 +1,5 @@
 #include "mpeg_ts_overview/driver/recording_walk.h"
 
-#include "mpeg12_ts/bytes.h"
-
 #include <algorithm>
 
 void recording_walk::go_on(timeline &known)
@@ -21,9 +19,7 @@ bool recording_walk::measure(block &b, timeline &known)
         do {
             if (!begin_times(b, step, known)) return false;
             const uint32_t told_packets = tell(b, step);
-            step.index += told_packets;
-            step.count -= told_packets;
-            step.start += size_t{told_packets} * scanner.grid().packet_size;
+            step.pass(told_packets, scanner.grid().packet_size);
             next_packet = step.index;
         } while (step.count > 0);
     }
@@ -107,11 +103,10 @@ void recording_walk::tell_packet(const block &b, const scan_step &step)
 
 void recording_walk::tell_run(const scan_step &step, uint32_t count)
 {
-    const uint32_t header = big_endian_32(step.start);
     packet_run run;
-    run.pid = (header >> 8) & 0x1FFF;
-    run.transport_scrambling_control = (header >> 6) & 3;
-    run.last_counter = (header + count - 1) & 0xF;
+    run.pid = (step.header >> 8) & 0x1FFF;
+    run.transport_scrambling_control = (step.header >> 6) & 3;
+    run.last_counter = (step.header + count - 1) & 0xF;
     run.first = step.index;
     run.count = count;
     told.on_run(run, step.start);

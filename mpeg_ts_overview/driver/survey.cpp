@@ -25,10 +25,11 @@ transcript_settings settings_of(const overview_request &request)
 survey::survey(const overview_request &how, unsigned packet_size)
     : request(how), stride(packet_size), tables(how.other_limits, how.whole_multiplex, how.atsc_mode),
       absence(tables.times(), how.other_limits.pid_absence_ticks.value_or(pid_absence_limit_ticks)),
-      pcr(how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
+      pcr(tables.times(), how.other_limits.pcr_interval_ticks.value_or(pcr_interval_limit_ticks),
           how.other_limits.pcr_accuracy_ns.value_or(pcr_accuracy_limit_ns)),
-      time_stamps(how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
-      words(settings_of(how)), contents(tables.uses(), tables.programs())
+      time_stamps(clocks, tables.times(),
+                  how.other_limits.pts_interval_ticks.value_or(pts_interval_limit_ticks)),
+      words(settings_of(how)), contents(tables.uses(), tables.programs(), clocks)
 {
 }
 
@@ -103,11 +104,12 @@ void survey::on_packet(const ts_packet &packet)
     else if (absence.watches(packet.pid))
         absence.on_packets(packet.pid, packet.at.packet, 1);
 
+    if (packet.PCR || packet.discontinuity_indicator) clocks.on_packet(packet, sequence);
     contents.on_packet(packet, sequence);
     if (packet.PCR) tables.see(packet.at);
     if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
-    pcr.on_packet(packet, sequence, program_clocks[packet.pid]);
+    pcr.on_packet(packet, sequence, clock_pids[packet.pid]);
     time_stamps.on_packet(packet, sequence, tables.programs().role_of(packet.pid));
 }
 
@@ -132,10 +134,10 @@ void survey::on_changed_pid(uint16_t pid, const moment &at)
     const bool is_stream = tables.programs().role_of(pid).kind != stream_kind::other;
     const bool is_watched = is_clock || is_stream;
 
-    if (is_clock && !program_clocks[pid]) pcr.on_program_clock(pid, at);
-    if (!is_clock && program_clocks[pid]) pcr.on_program_clock_end(pid, at);
+    if (is_clock && !clock_pids[pid]) pcr.on_program_clock(pid, at);
+    if (!is_clock && clock_pids[pid]) pcr.on_program_clock_end(pid, at);
     if (!is_stream) time_stamps.on_unlisted(pid, at);
-    program_clocks[pid] = is_clock;
+    clock_pids[pid] = is_clock;
     if (is_watched && !absence.watches(pid)) absence.start(pid, at);
     if (!is_watched && absence.watches(pid)) absence.stop(pid, at, pids.has_packets(pid));
 }
@@ -190,7 +192,7 @@ void survey::finish_meters(const recording_end &end, overview &found)
         row.incomplete_sections = tables.sections().incomplete_sections(row.pid);
     }
     found.rates = rates.finish(found.recording.duration_ticks);
-    found.pcr = pcr.finish(end, [&](uint16_t pid) { return program_clocks[pid]; });
+    found.pcr = pcr.finish(end, [&](uint16_t pid) { return clock_pids[pid]; });
     found.time_stamps = time_stamps.finish(end, [&](uint16_t pid) { return tables.programs().role_of(pid); });
 }
 
@@ -203,5 +205,7 @@ void survey::note_limits_reached(overview &found) const
     add("PCR PIDs", pcr_pid_limit, pcr.pids_not_kept());
     add("margin series", margin_series_limit, time_stamps.margin_series_not_kept());
     add("breaks", time_break_limit, breaks.not_kept);
+    add("transcript", transcript_text_limit, found.transcript.sections_not_kept);
+    add("faults", fault_group_limit, found.transcript.faults_not_kept);
     tables.add_to(found.limits_reached);
 }

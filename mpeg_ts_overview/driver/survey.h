@@ -8,6 +8,7 @@
 #include "mpeg_ts_overview/meters/continuity.h"
 #include "mpeg_ts_overview/meters/pcr.h"
 #include "mpeg_ts_overview/meters/pids.h"
+#include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/meters/rates.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/meters/time_stamps.h"
@@ -54,8 +55,9 @@ private:
     stream_tables tables;
     absence_meter absence;
     pcr_meter pcr;
+    program_clocks clocks;
     time_stamp_meter time_stamps;
     transcript words;
     recording_contents contents;
-    std::bitset<mpeg_ts_pid_count> program_clocks;
+    std::bitset<mpeg_ts_pid_count> clock_pids; ///< PCR PIDs of programs whose PMT is current
 };

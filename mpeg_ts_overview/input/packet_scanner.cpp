@@ -63,7 +63,7 @@ bool packet_scanner::find_packets()
 std::unique_ptr<block> packet_scanner::read_block()
 {
     std::unique_ptr<block> b = pool.take();
-    uint8_t *const fresh = b->storage.get() + block_headroom;
+    uint8_t *const fresh = b->room();
     const size_t left = recent.empty() ? 0 : static_cast<size_t>(recent.back()->fence - p);
 
     if (left > 0) std::memcpy(fresh - left, p, left);
@@ -87,15 +87,11 @@ std::unique_ptr<block> packet_scanner::read_block()
 std::unique_ptr<block> packet_scanner::next_block()
 {
     if (pending == nullptr && at_end) return nullptr;
-    const bool is_first = pending != nullptr;
-    std::unique_ptr<block> b = is_first ? std::move(pending) : read_block();
-
-    release_blocks();
+    release_blocks(); // first, so that the next block is one that is still in the cache
+    std::unique_ptr<block> b = pending != nullptr ? std::move(pending) : read_block();
     recent.push_back(b.get());
     b->in_sync_from = p;
     b->in_sync_index = b->first_index = b->fence_index = index;
-    // Steps point into the arrival times, which therefore must not move.
-    if (found.sync_offset != 0) b->arrival.reserve((block_headroom + block_bytes) / found.packet_size + 1);
     scan(*b);
     b->fence_index = totals.packets = index;
     return b;
@@ -191,7 +187,7 @@ void packet_scanner::scan_packets(block &b)
         const bool in_sequence =
             (last[pid] & counter_known) != 0 && (header & continuity_counter) == expected;
         if (is_plain(header) && (in_sequence || pid == mpeg_ts_padding_pid))
-            add_step(b, step_kind::run, run_length(b, header));
+            add_step(b, step_kind::run, run_length(b, header), header);
         else
             scan_packet(b, header);
     }
@@ -269,14 +265,10 @@ bool packet_scanner::repeats_previous(uint64_t earlier) const
     return false;
 }
 
-/// Adds a step of count packets from p on, and goes on behind them.
-void packet_scanner::add_step(block &b, step_kind kind, uint32_t count)
+/// Adds a step of count packets from p on, of a run with its first header, and goes on behind them.
+void packet_scanner::add_step(block &b, step_kind kind, uint32_t count, uint32_t header)
 {
-    scan_step &step = b.steps.emplace_back();
-    step.kind = kind;
-    step.count = count;
-    step.index = index;
-    step.start = p + found.sync_offset;
+    b.steps.push_back({p + found.sync_offset, index, count, header, kind, false});
     index += count;
     p += size_t{count} * found.packet_size;
 }

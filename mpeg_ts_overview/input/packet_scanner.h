@@ -67,7 +67,7 @@ private:
     void scan_packet(block &b, uint32_t header);
     uint32_t run_length(block &b, uint32_t header);
     bool note_arrival(block &b, const uint8_t *packet);
-    void add_step(block &b, step_kind kind, uint32_t count);
+    void add_step(block &b, step_kind kind, uint32_t count, uint32_t header = 0);
     bool repeats_previous(uint64_t earlier) const;
     void release_blocks();
 

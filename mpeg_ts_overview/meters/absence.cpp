@@ -30,10 +30,12 @@ void absence_meter::end_times()
 void absence_meter::set_good_gap()
 {
     const auto longest_of = [&](bool sure) { return limit().findings(sure).longest_ticks.value_or(0); };
-    const int64_t good_ticks = std::min({longest_of(false), longest_of(true), *limit().ticks()});
+    // Of more than a second no use is made: the product fits.
+    const int64_t good_ticks =
+        std::min({longest_of(false), longest_of(true), *limit().ticks(), ticks_per_second});
     const time_span &span = *times.span;
     const bool counts = span.source == time_source::line && span.ticks > 0 && good_ticks > 0;
-    good_gap = counts ? static_cast<uint64_t>((good_ticks - 1) / span.ticks * span.packets) : 0;
+    good_gap = counts ? static_cast<uint64_t>((good_ticks - 1) * span.packets / span.ticks) : 0;
 }
 
 /// The packet is the PID's first in these times, or comes long behind the last.

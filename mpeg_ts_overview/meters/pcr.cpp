@@ -7,10 +7,13 @@
 
 namespace {
 
-/// The greatest difference of successive PCRs that is no discontinuity, ISO/IEC 13818-1 2.7.2.
-constexpr int64_t longest_good_ticks = ticks_per_second / 10;
 /// Differences beyond this are no interval.
 constexpr int64_t longest_interval_ticks = 10 * ticks_per_second;
+
+watched_thing thing_of(uint16_t pid)
+{
+    return {pid, 0, std::nullopt, std::nullopt, "PCR"};
+}
 
 bool is_clock(const recording_end &end, uint16_t pid)
 {
@@ -19,14 +22,14 @@ bool is_clock(const recording_end &end, uint16_t pid)
 
 } // namespace
 
-pcr_meter::pcr_meter(int64_t interval_limit_ticks, double accuracy_limit_ns)
-    : repetition("PCR", interval_limit_ticks, after_break::at_the_break), fits(accuracy_limit_ns)
+pcr_meter::pcr_meter(const time_stretches &stretches, int64_t interval_limit_ticks, double accuracy_limit_ns)
+    : repetition(stretches), fits(accuracy_limit_ns)
 {
+    repetition.add_limit(interval_limit_ticks, false);
 }
 
 void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequence, bool is_program_clock)
 {
-    repetition.see(packet.at);
     if (packet.at.stretch != stretch) close_windows();
     stretch = packet.at.stretch;
     if (packet.transport_error_indicator) {
@@ -35,7 +38,7 @@ void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequen
     }
     // A copy has no PCR of its own.
     const bool has_PCR = packet.PCR && !sequence.duplicate;
-    if (packet.pid == mpeg_ts_padding_pid || (!has_PCR && number_of[packet.pid] == 0)) return;
+    if (!has_PCR && number_of[packet.pid] == 0) return;
 
     pid_clock &clock = clock_of(packet.pid);
     clock.flagged |= packet.discontinuity_indicator;
@@ -45,15 +48,17 @@ void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequen
 void pcr_meter::on_program_clock(uint16_t pid, const moment &at)
 {
     if (pid == mpeg_ts_padding_pid) return;
-    interval_limit::begin(clock_of(pid).watch, at);
+    pid_clock &clock = clock_of(pid);
+    clock.wait = repetition.started(at);
+    clock.arrived = false;
 }
 
 void pcr_meter::on_program_clock_end(uint16_t pid, const moment &at)
 {
     if (number_of[pid] == 0) return;
     pid_clock &clock = clock_of(pid);
-    if (clock.facts.count > 0 && !clock.dropped) repetition.end(clock.watch, pid, at);
-    clock.watch = {};
+    if (clock.wait && clock.facts.count > 0 && !clock.dropped) repetition.end(*clock.wait, at, thing_of(pid));
+    clock.wait.reset();
 }
 
 void pcr_meter::on_continuity_error(std::optional<uint64_t> last_packet_before)
@@ -64,6 +69,9 @@ void pcr_meter::on_continuity_error(std::optional<uint64_t> last_packet_before)
         else
             clocks[place].window.clear();
     }
+    if (last_packet_before)
+        for (const uint16_t place : with_closed)
+            for (pcr_window &window : clocks[place].closed) window.drop_behind(*last_packet_before);
     close_windows();
 }
 
@@ -98,12 +106,12 @@ void pcr_meter::take_pcr(pid_clock &clock, const ts_packet &packet, bool is_prog
     if (!keep(clock)) return;
     if (clock.facts.count == 0) {
         clock.first_packet = packet.at.packet;
-        if (is_program_clock) repetition.arrive(clock.watch, packet.pid, packet.at);
+        if (is_program_clock) take_arrival(clock, packet.at, std::nullopt);
         add_point(clock, packet, 0);
     } else {
         take_pair(clock, packet, is_program_clock);
     }
-    if (!is_program_clock) clock.watch = {};
+    if (!is_program_clock) clock.wait.reset();
     ++clock.facts.count;
     clock.PCR = static_cast<int64_t>(*packet.PCR);
     clock.at = packet.at;
@@ -115,7 +123,7 @@ void pcr_meter::take_pair(pid_clock &clock, const ts_packet &packet, bool is_pro
 {
     const auto PCR = static_cast<int64_t>(*packet.PCR);
     const int64_t difference = forward_difference(clock.PCR, PCR, pcr_cycle_ticks);
-    const bool unflagged = !clock.flagged && difference > longest_good_ticks;
+    const bool unflagged = !clock.flagged && difference > longest_good_pcr_ticks;
     const bool by_difference = !clock.flagged && difference > 0 && difference <= longest_interval_ticks;
     const std::optional<int64_t> clock_ticks = by_difference ? std::optional(difference) : std::nullopt;
     const std::optional<int64_t> interval =
@@ -132,12 +140,23 @@ void pcr_meter::take_pair(pid_clock &clock, const ts_packet &packet, bool is_pro
         log_violation(leaps, packet.at, packet.pid,
                       [&] { return "PCR leaps by " + in_ms(leap) + " without discontinuity_indicator"; });
     }
-    if (is_program_clock)
-        repetition.arrive(clock.watch, packet.pid, packet.at,
-                          clock.watch.arrived ? clock_ticks : std::nullopt);
+    if (is_program_clock) take_arrival(clock, packet.at, clock_ticks);
 
     if (clock.flagged || unflagged) close_window(clock);
     add_point(clock, packet, difference);
+}
+
+/// A PCR of a program's clock arrives, where its PCRs tell so many ticks behind the last one.
+void pcr_meter::take_arrival(pid_clock &clock, const moment &at, std::optional<int64_t> clock_ticks)
+{
+    const watched_thing PCR = thing_of(clock.facts.pid);
+    if (!clock.wait)
+        clock.wait = repetition.started_by_arrival(at);
+    else if (clock_ticks && clock.arrived)
+        repetition.arrive_by_own_clock(*clock.wait, *clock_ticks, at, PCR);
+    else
+        repetition.arrive(*clock.wait, at, PCR);
+    clock.arrived = true;
 }
 
 void pcr_meter::add_point(pid_clock &clock, const ts_packet &packet, int64_t difference)
@@ -148,10 +167,29 @@ void pcr_meter::add_point(pid_clock &clock, const ts_packet &packet, int64_t dif
     if (clock.window.full()) close_window(clock);
 }
 
+/// The window is measured later: a loss may show that began while it was open.
 void pcr_meter::close_window(pid_clock &clock)
 {
-    fits.measure(clock.window, clock.facts.pid, &clock.straightness);
+    if (clock.window.size() >= least_window_points) {
+        if (!clock.waits) with_closed.push_back(static_cast<uint16_t>(number_of[clock.facts.pid] - 1));
+        clock.waits = true;
+        clock.closed.push_back(std::move(clock.window));
+        measure_closed(clock, waiting_point_limit);
+    }
     clock.window.clear();
+}
+
+/// Measures the first of the windows that have closed, until no more points than these wait.
+void pcr_meter::measure_closed(pid_clock &clock, size_t points_that_wait)
+{
+    size_t points = 0;
+    for (const pcr_window &window : clock.closed) points += window.size();
+    auto next = clock.closed.begin();
+    for (; points > points_that_wait; ++next) {
+        fits.measure(*next, clock.facts.pid, &clock.straightness);
+        points -= next->size();
+    }
+    clock.closed.erase(clock.closed.begin(), next);
 }
 
 void pcr_meter::close_windows()
@@ -167,10 +205,11 @@ std::vector<pcr_facts> pcr_meter::finish(const recording_end &end,
                                          const std::function<bool(uint16_t pid)> &is_program_clock)
 {
     close_windows();
+    for (const uint16_t place : with_closed) measure_closed(clocks[place], 0);
     std::vector<pid_clock *> kept;
     for (pid_clock &clock : clocks) {
-        if (clock.facts.count > 0 && !clock.dropped && is_program_clock(clock.facts.pid))
-            repetition.end(clock.watch, clock.facts.pid, end.at);
+        if (clock.wait && clock.facts.count > 0 && !clock.dropped && is_program_clock(clock.facts.pid))
+            repetition.end(*clock.wait, end.at, thing_of(clock.facts.pid));
         if (clock.kept) kept.push_back(&clock);
     }
     std::sort(kept.begin(), kept.end(),

@@ -1,5 +1,6 @@
 #include "mpeg_ts_overview/meters/pcr_window.h"
 
+#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/tables/log_violation.h"
 
 #include <algorithm>
@@ -59,7 +60,7 @@ void pcr_fitter::measure(const pcr_window &window, uint16_t pid, pcr_straightnes
 
     if (fit(window, [](const pcr_window::point &p) { return static_cast<int64_t>(p.packet); })) {
         result->over_index.add_window(ticks, line.residuals());
-        judge(window, pid);
+        if (pid != mpeg_ts_padding_pid) judge(window, pid);
     }
     if (window.arrived() && fit(window, [](const pcr_window::point &p) { return p.arrival_ticks; }))
         result->over_arrival.add_window(ticks, line.residuals());

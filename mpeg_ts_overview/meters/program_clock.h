@@ -12,7 +12,8 @@
 
 class program_clocks {
 public:
-    /// Takes each packet that has a PCR or the discontinuity_indicator, in order.
+    /// Takes each packet that has a PCR or the discontinuity_indicator, in order. A copy, a packet with
+    /// transport error and the null PID, which stands for no clock, say nothing.
     void on_packet(const ts_packet &packet, const packet_sequence &sequence);
 
     /// The program clock at a moment, 27 MHz, 0 to 2^33 * 300 - 1. Nothing before the first PCR of the PID,
@@ -20,11 +21,16 @@ public:
     /// packet of the PCR itself.
     std::optional<int64_t> at(uint16_t pcr_pid, const moment &when) const;
 
+    /// How often the clock was discontinuous since its first PCR: by the indicator, or by a leap of more than
+    /// 100 ms. 0 of no clock.
+    uint64_t discontinuities_of(std::optional<uint16_t> pcr_pid) const;
+
 private:
     struct reference {
         int64_t PCR = 0;
         moment at;
         bool valid = false; ///< no discontinuity behind it
+        uint64_t discontinuities = 0;
     };
 
     std::array<uint16_t, mpeg_ts_pid_count> number_of = {}; ///< 1 + place in references; 0: none

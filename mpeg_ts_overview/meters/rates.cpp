@@ -50,10 +50,17 @@ void rates_meter::begin_bucket(uint64_t first)
     next_bucket = times.first_at_or_after((bucket + 1) * first_bucket_ticks);
 }
 
-void rates_meter::add_pid(uint16_t pid)
+/// Packet first is the PID's first in the bucket in hand.
+void rates_meter::note_first(uint16_t pid, uint64_t first)
 {
-    states[pid].has_series = order.size() < rate_series_limit;
-    order.push_back(pid);
+    rate_state &state = states[pid];
+    if (state.packets == 0 && pid != no_pid) {
+        state.has_series = order.size() < rate_series_limit;
+        order.push_back(pid);
+    }
+    if (touched.empty()) note_first_time(whole, first);
+    note_first_time(state, first);
+    touched.push_back(pid);
 }
 
 /// Whole seconds count from the first packet with a time on.
@@ -67,15 +74,19 @@ void rates_meter::note_first_time(rate_state &state, uint64_t first) const
 
 void rates_meter::end_bucket()
 {
-    for (const uint16_t pid : touched) end_bucket_of(states[pid]);
+    uint64_t all = 0;
+    for (const uint16_t pid : touched) {
+        all += in_bucket[pid];
+        end_bucket_of(states[pid], in_bucket[pid]);
+        in_bucket[pid] = 0;
+    }
     touched.clear();
-    end_bucket_of(whole);
+    end_bucket_of(whole, all);
 }
 
-void rates_meter::end_bucket_of(rate_state &state)
+void rates_meter::end_bucket_of(rate_state &state, uint64_t packets)
 {
-    const uint64_t packets = state.in_bucket;
-    state.in_bucket = 0;
+    state.packets += packets;
     if (bucket < 0 || packets == 0) return;
 
     const int64_t window = bucket / buckets_of_a_second;
@@ -118,10 +129,8 @@ rates_facts rates_meter::finish(std::optional<int64_t> duration_ticks)
     size_t buckets = 0;
 
     end_bucket();
-    if (duration > 0 && last_ticks) {
-        found.bucket_ticks = bucket_ticks_of(*last_ticks);
-        buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
-    }
+    if (last_ticks) found.bucket_ticks = bucket_ticks_of(*last_ticks);
+    if (last_ticks && duration > 0) buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
     found.whole = facts_of(whole, duration, buckets);
     for (const uint16_t pid : order) found.pids.push_back({pid, facts_of(states[pid], duration, buckets)});
     return found;

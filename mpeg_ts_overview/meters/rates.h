@@ -57,8 +57,7 @@ private:
 
     /// What is known of a PID, or of the whole.
     struct rate_state {
-        uint64_t packets = 0;
-        uint64_t in_bucket = 0;             ///< packets in the bucket in hand
+        uint64_t packets = 0;               ///< but for the bucket in hand
         int64_t first_window = 0;           ///< the first whole second; of no meaning before there is a time
         int64_t window = -1;                ///< the second in hand; below 0 before there is a time
         uint64_t in_window = 0;             ///< packets in it
@@ -70,23 +69,14 @@ private:
 
     void count(uint16_t pid, uint64_t first, uint64_t packets)
     {
-        rate_state &state = states[pid];
-        if (state.packets == 0 && pid != no_pid) add_pid(pid);
-        if (state.in_bucket == 0) {
-            touched.push_back(pid);
-            note_first_time(state, first);
-        }
-        if (whole.in_bucket == 0) note_first_time(whole, first);
-        state.packets += packets;
-        state.in_bucket += packets;
-        whole.packets += packets;
-        whole.in_bucket += packets;
+        if (in_bucket[pid] == 0) note_first(pid, first);
+        in_bucket[pid] += packets;
     }
-    void add_pid(uint16_t pid);
+    void note_first(uint16_t pid, uint64_t first);
     void note_first_time(rate_state &state, uint64_t first) const;
     void begin_bucket(uint64_t first);
     void end_bucket();
-    void end_bucket_of(rate_state &state);
+    void end_bucket_of(rate_state &state, uint64_t packets);
     void double_width();
     rate_facts facts_of(rate_state &state, int64_t duration_ticks, size_t buckets) const;
 
@@ -95,7 +85,8 @@ private:
     int64_t bucket = -1;               ///< the bucket of 0.1 s in hand; below 0 before there is a time
     uint64_t next_bucket = 0;          ///< index of the first packet that is beyond it
     uint64_t joined = 1;               ///< buckets of 0.1 s that are one of the series
-    std::vector<rate_state> states;    ///< by PID
+    std::array<uint64_t, mpeg_ts_pid_count + 1> in_bucket = {}; ///< packets of the bucket in hand, by PID
+    std::vector<rate_state> states;                             ///< by PID
     rate_state whole;
     std::vector<uint16_t> order;   ///< of first arrival
     std::vector<uint16_t> touched; ///< with packets in the bucket in hand

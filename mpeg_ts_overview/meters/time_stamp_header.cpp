@@ -47,16 +47,14 @@ std::optional<pes_time_stamps> read_time_stamps(const uint8_t *first, const uint
     const unsigned packet_start_code_prefix = reader.bits(24);
     const unsigned stream_id = reader.bits(8);
     reader.bits(16); // PES_packet_length
-    const unsigned fixed_bits = reader.bits(2);
-    reader.bits(6); // PES_scrambling_control to original_or_copy
+    reader.bits(8);  // '10', PES_scrambling_control to original_or_copy
     const unsigned PTS_DTS_flags = reader.bits(2);
     reader.bits(6); // ESCR_flag to PES_extension_flag
-    const unsigned PES_header_data_length = reader.bits(8);
-    if (packet_start_code_prefix != 1 || !has_flags(stream_id) || fixed_bits != 2) return std::nullopt;
+    reader.bits(8); // PES_header_data_length
+    if (packet_start_code_prefix != 1 || !has_flags(stream_id)) return std::nullopt;
 
     const size_t stamps = PTS_DTS_flags == 3 ? 2 : PTS_DTS_flags == 2 ? 1 : 0;
-    const size_t size = stamps * time_stamp_size;
-    if (PES_header_data_length < size || !reader.has(size)) return std::nullopt;
+    if (!reader.has(stamps * time_stamp_size)) return std::nullopt;
 
     pes_time_stamps result;
     if (stamps >= 1) result.PTS = read_stamp(reader);

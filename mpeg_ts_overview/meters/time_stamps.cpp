@@ -7,8 +7,6 @@
 
 namespace {
 
-/// The greatest difference of successive PCRs that is no discontinuity, ISO/IEC 13818-1 2.7.2.
-constexpr int64_t longest_good_ticks = ticks_per_second / 10;
 /// Stamps further from the clock have nothing to do with it.
 constexpr int64_t greatest_margin_ticks = 10 * ticks_per_second;
 
@@ -27,6 +25,11 @@ void take_arrival(stamp_facts &facts, std::optional<moment> &before, const momen
     before = at;
 }
 
+watched_thing pts_of(uint16_t pid)
+{
+    return {pid, 0, std::nullopt, std::nullopt, "PTS"};
+}
+
 std::string ms_of_stamps(int64_t difference)
 {
     return in_ms(difference * ticks_per_time_stamp);
@@ -34,18 +37,20 @@ std::string ms_of_stamps(int64_t difference)
 
 } // namespace
 
-time_stamp_meter::time_stamp_meter(int64_t pts_interval_limit_ticks)
-    : pts_limit("PTS", pts_interval_limit_ticks, after_break::at_the_next_arrival)
+time_stamp_meter::time_stamp_meter(const program_clocks &followed, const time_stretches &stretches,
+                                   int64_t pts_interval_limit_ticks)
+    : clocks(followed), pts_repetition(stretches, after_break::at_the_next_arrival)
 {
+    pts_repetition.add_limit(pts_interval_limit_ticks, false);
 }
 
 void time_stamp_meter::on_packet(const ts_packet &packet, const packet_sequence &sequence,
                                  const stream_role &role)
 {
-    pts_limit.see(packet.at);
     if (packet.transport_error_indicator || packet.pid == mpeg_ts_padding_pid || sequence.duplicate) return;
 
-    take_clock(packet);
+    if (packet.discontinuity_indicator)
+        if (pid_stamps *const stamps = stamps_of(packet.pid)) stamps->decoded.reset();
     if (packet.transport_scrambling_control != 0) {
         on_scrambled(packet.pid);
         return;
@@ -59,23 +64,17 @@ void time_stamp_meter::on_scrambled(uint16_t pid)
     if (stamps == nullptr) return;
     stamps->pts_at.reset();
     stamps->dts_at.reset();
-    stamps->watch = {};
+    stamps->wait.reset();
 }
 
 void time_stamp_meter::on_unlisted(uint16_t pid, const moment &at)
 {
     pid_stamps *const stamps = stamps_of(pid);
     if (stamps == nullptr) return;
-    pts_limit.end(stamps->watch, pid, at);
+    end_wait(*stamps, at);
     on_scrambled(pid);
     stamps->PTS.reset();
     stamps->decoded.reset();
-}
-
-time_stamp_meter::program_clock *time_stamp_meter::clock_of(std::optional<uint16_t> pid)
-{
-    if (!pid || clock_number[*pid] == 0) return nullptr;
-    return &clocks[clock_number[*pid] - 1u];
 }
 
 time_stamp_meter::pid_stamps *time_stamp_meter::stamps_of(uint16_t pid)
@@ -88,38 +87,6 @@ time_stamp_meter::pid_stamps &time_stamp_meter::new_stamps_of(uint16_t pid)
     all_stamps.emplace_back().facts.pid = pid;
     stamps_number[pid] = static_cast<uint16_t>(all_stamps.size());
     return all_stamps.back();
-}
-
-/// Follows the clock of the packet's PID, and the discontinuities of clock and stamps.
-void time_stamp_meter::take_clock(const ts_packet &packet)
-{
-    program_clock *clock = clock_of(packet.pid);
-    if (packet.discontinuity_indicator) {
-        if (pid_stamps *const stamps = stamps_of(packet.pid)) stamps->decoded.reset();
-        if (clock != nullptr) {
-            clock->valid = false;
-            ++clock->discontinuities;
-        }
-    }
-    if (!packet.PCR) return;
-
-    const auto PCR = static_cast<int64_t>(*packet.PCR);
-    if (clock == nullptr) {
-        clocks.emplace_back();
-        clock_number[packet.pid] = static_cast<uint16_t>(clocks.size());
-        clock = &clocks.back();
-    } else if (clock->valid && forward_difference(clock->PCR, PCR, pcr_cycle_ticks) > longest_good_ticks) {
-        ++clock->discontinuities;
-    }
-    clock->PCR = PCR;
-    clock->at = packet.at;
-    clock->valid = true;
-}
-
-uint64_t time_stamp_meter::discontinuities_of(std::optional<uint16_t> pcr_pid)
-{
-    const program_clock *const clock = clock_of(pcr_pid);
-    return clock == nullptr ? 0 : clock->discontinuities;
 }
 
 void time_stamp_meter::take_unit_start(const ts_packet &packet, const stream_role &role)
@@ -145,9 +112,18 @@ void time_stamp_meter::take_arrivals(pid_stamps &stamps, const pes_time_stamps &
     take_arrival(stamps.facts.pts, stamps.pts_at, packet.at);
     if (read.DTS) take_arrival(stamps.facts.dts, stamps.dts_at, packet.at);
     if (still_pictures)
-        stamps.watch = {};
+        stamps.wait.reset();
+    else if (stamps.wait)
+        pts_repetition.arrive(*stamps.wait, packet.at, pts_of(packet.pid));
     else
-        pts_limit.arrive(stamps.watch, packet.pid, packet.at);
+        stamps.wait = pts_repetition.started_by_arrival(packet.at);
+}
+
+/// Nothing is waited for any more.
+void time_stamp_meter::end_wait(pid_stamps &stamps, const moment &at)
+{
+    if (stamps.wait) pts_repetition.end(*stamps.wait, at, pts_of(stamps.facts.pid));
+    stamps.wait.reset();
 }
 
 /// Looks at the order of PTS, which is free, and of decoding.
@@ -168,7 +144,7 @@ void time_stamp_meter::take_order(pid_stamps &stamps, const pes_time_stamps &rea
     if (!stamp) return;
 
     has_decoding_time = true;
-    const decoding_point now{*stamp, packet.at, role.pcr_pid, discontinuities_of(role.pcr_pid)};
+    const decoding_point now{*stamp, packet.at, role.pcr_pid, clocks.discontinuities_of(role.pcr_pid)};
     const std::optional<decoding_point> &last = stamps.decoded;
     if (last && last->pcr_pid == now.pcr_pid && last->clock_discontinuities == now.clock_discontinuities &&
         !is_break_between(last->at, now.at)) {
@@ -185,15 +161,11 @@ void time_stamp_meter::take_order(pid_stamps &stamps, const pes_time_stamps &rea
 void time_stamp_meter::take_margin(pid_stamps &stamps, int64_t stamp, const ts_packet &packet,
                                    const stream_role &role)
 {
-    const program_clock *const clock = clock_of(role.pcr_pid);
-    if (clock == nullptr || !clock->valid || !packet.at.ticks) return;
-    // The PCR of the packet itself is good inside a break too.
-    const bool own_pcr = clock->at.packet == packet.at.packet;
-    const auto since = own_pcr ? std::optional<int64_t>(0) : interval_between(clock->at, packet.at);
-    if (!since) return;
+    if (!role.pcr_pid || !packet.at.ticks) return;
+    const std::optional<int64_t> clock = clocks.at(*role.pcr_pid, packet.at);
+    if (!clock) return;
 
-    const int64_t margin =
-        nearest_difference(clock->PCR + *since, stamp * ticks_per_time_stamp, pcr_cycle_ticks);
+    const int64_t margin = nearest_difference(*clock, stamp * ticks_per_time_stamp, pcr_cycle_ticks);
     count_margin(stamps, packet, margin);
     if (std::abs(margin) <= greatest_margin_ticks) add_to_series(stamps, packet.at, margin);
 }
@@ -227,8 +199,7 @@ time_stamp_meter::finish(const recording_end &end, const std::function<stream_ro
     std::vector<time_stamp_facts> rows;
     for (pid_stamps &stamps : all_stamps) {
         const stream_role role = role_of(stamps.facts.pid);
-        if (role.kind != stream_kind::other && !role.still_pictures)
-            pts_limit.end(stamps.watch, stamps.facts.pid, end.at);
+        if (role.kind != stream_kind::other && !role.still_pictures) end_wait(stamps, end.at);
 
         time_stamp_facts &row = rows.emplace_back(stamps.facts);
         if (!end.at.ticks || stamps.series != series_state::kept) continue;

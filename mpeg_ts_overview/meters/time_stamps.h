@@ -5,11 +5,12 @@
 #include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/bucket_series.h"
-#include "mpeg_ts_overview/meters/interval_limit.h"
+#include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/meters/time_stamp_header.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/model/time_stamp_facts.h"
+#include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/tables/stream_role.h"
 
 #include <array>
@@ -23,11 +24,13 @@ constexpr size_t margin_series_limit = 256;
 
 class time_stamp_meter {
 public:
-    /// The longest interval between arrivals of PTS that is good.
-    explicit time_stamp_meter(int64_t pts_interval_limit_ticks);
+    /// The clocks of the programs, which take each packet before the meter does, and the longest interval
+    /// between arrivals of PTS that is good.
+    time_stamp_meter(const program_clocks &followed, const time_stretches &stretches,
+                     int64_t pts_interval_limit_ticks);
 
-    /// Takes each packet that starts a unit, has a PCR or the discontinuity_indicator, in order, and what its
-    /// PID is.
+    /// Takes each packet that starts a unit or has the discontinuity_indicator, in order, and what its PID
+    /// is.
     void on_packet(const ts_packet &packet, const packet_sequence &sequence, const stream_role &role);
 
     /// No PMT names the PID as video or audio any more.
@@ -43,7 +46,7 @@ public:
     // What the checks read, after finish.
 
     /// Intervals between arrivals of PTS, streams of still pictures aside.
-    const interval_limit &pts_intervals() const { return pts_limit; }
+    const repetition_limit &pts_intervals() const { return pts_repetition.limit(0); }
     /// Time stamps behind the program's clock.
     const violation_log &late() const { return late_log; }
     /// DTS above PTS, and DTS that go back.
@@ -54,13 +57,6 @@ public:
     uint64_t margin_series_not_kept() const { return series_not_kept; }
 
 private:
-    /// The clock of one PCR PID.
-    struct program_clock {
-        int64_t PCR = 0;
-        moment at;
-        bool valid = false; ///< false from a discontinuity to the next PCR
-        uint64_t discontinuities = 0;
-    };
     /// The last stamp by which a unit is decoded.
     struct decoding_point {
         int64_t stamp = 0;
@@ -75,31 +71,28 @@ private:
         std::optional<moment> dts_at;
         std::optional<int64_t> PTS;
         std::optional<decoding_point> decoded;
-        interval_watch watch;
+        std::optional<repetition_clock> wait; ///< for the next PTS, from the first on
         series_state series = series_state::none;
         bucket_series margin_series;
     };
 
-    program_clock *clock_of(std::optional<uint16_t> pid);
     pid_stamps *stamps_of(uint16_t pid);
     pid_stamps &new_stamps_of(uint16_t pid);
-    void take_clock(const ts_packet &packet);
     void take_unit_start(const ts_packet &packet, const stream_role &role);
     void take_arrivals(pid_stamps &stamps, const pes_time_stamps &read, const ts_packet &packet,
                        bool still_pictures);
+    void end_wait(pid_stamps &stamps, const moment &at);
     void take_order(pid_stamps &stamps, const pes_time_stamps &read, const ts_packet &packet,
                     const stream_role &role);
     void take_margin(pid_stamps &stamps, int64_t stamp, const ts_packet &packet, const stream_role &role);
     void count_margin(pid_stamps &stamps, const ts_packet &packet, int64_t margin);
     void add_to_series(pid_stamps &stamps, const moment &at, int64_t margin);
-    uint64_t discontinuities_of(std::optional<uint16_t> pcr_pid);
 
-    interval_limit pts_limit;
+    const program_clocks &clocks;
+    repetition_watch pts_repetition;
     violation_log late_log;
     violation_log order_log;
     bool has_decoding_time = false;
-    std::array<uint16_t, mpeg_ts_pid_count> clock_number = {}; ///< 1 + place in clocks; 0: none
-    std::vector<program_clock> clocks;
     std::array<uint16_t, mpeg_ts_pid_count> stamps_number = {}; ///< 1 + place in all_stamps; 0: none
     std::vector<pid_stamps> all_stamps;
     size_t series_count = 0;

@@ -21,4 +21,7 @@ struct time_stamp_facts {
     uint64_t unrelated = 0; ///< margins beyond 10 s
     uint64_t late = 0;
     std::vector<bucket_extent> margin_series_ticks; ///< per bucket of the rates
+
+    /// True when a stamp was held against the clock: only then late and unrelated say something.
+    bool has_margins() const { return margin_ticks.count > 0 || unrelated > 0; }
 };

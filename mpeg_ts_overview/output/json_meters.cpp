@@ -123,6 +123,9 @@ ordered_json json_of(const pcr_facts &facts)
 
 ordered_json json_of(const time_stamp_facts &facts)
 {
+    const auto of_margins = [&](uint64_t count) {
+        return facts.has_margins() ? ordered_json(count) : ordered_json(nullptr);
+    };
     return {
         {"pid",           facts.pid                                   },
         {"pes_not_read",  facts.pes_not_read                          },
@@ -130,8 +133,8 @@ ordered_json json_of(const time_stamp_facts &facts)
         {"dts",           json_of(facts.dts)                          },
         {"reordered",     facts.reordered                             },
         {"margin_ms",     json_milliseconds(facts.margin_ticks)       },
-        {"unrelated",     facts.unrelated                             },
-        {"late",          facts.late                                  },
+        {"unrelated",     of_margins(facts.unrelated)                 },
+        {"late",          of_margins(facts.late)                      },
         {"margin_series", json_milliseconds(facts.margin_series_ticks)}
     };
 }

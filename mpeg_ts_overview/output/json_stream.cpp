@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/output/json_stream.h"
 
+#include "mpeg_ts_overview/output/json_line.h"
+
 void json_stream::member(std::string_view name, const ordered_json &value)
 {
     next_line();
@@ -49,7 +51,7 @@ void json_stream::next_line()
 
 void json_stream::put_value(const ordered_json &value)
 {
-    put(value.dump(-1, ' ', false, ordered_json::error_handler_t::replace));
+    put(json_line(value));
 }
 
 void json_stream::put(std::string_view text)

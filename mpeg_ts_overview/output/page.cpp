@@ -46,12 +46,11 @@ void put_with_series(page_lists &lists, const char *name, const char *what, cons
                      size_t bytes_without, size_t bytes, const Make &make)
 {
     const auto with_series = [&](const Row &row) { return make(row, true); };
-    size_t left = bytes;
+    size_t left = bytes + lists.unused_bytes();
     const size_t all = std::min(rows.size(), page_series_limit);
     const size_t count = rows_within(std::span(rows).first(all), left, with_series);
     const Row *const end = rows.data() + count;
-    lists.put(name, what, rows, bytes_without + bytes - left,
-              [&](const Row &row) { return make(row, &row < end); });
+    lists.put(name, what, rows, bytes_without + bytes, [&](const Row &row) { return make(row, &row < end); });
     if (count < rows.size())
         lists.note(fmt::format("{} over time: {} PIDs of {} have their series", what, count, rows.size()));
 }
@@ -67,6 +66,16 @@ ordered_json teletext_row(const teletext_page &page)
     return value;
 }
 
+/// Nothing for what is not known, nor what the page does not show: there are many of them.
+ordered_json event_row(const guide_event *event)
+{
+    const ordered_json all = json_of(*event);
+    ordered_json value;
+    for (const auto &[name, member] : all.items())
+        if (!member.is_null() && name != "event_id") value[name] = member;
+    return value;
+}
+
 /// What is on comes before what the schedule says, for the case that not all of it has room.
 std::vector<const guide_event *> by_use(const std::vector<guide_event> &events)
 {
@@ -74,39 +83,39 @@ std::vector<const guide_event *> by_use(const std::vector<guide_event> &events)
     sorted.reserve(events.size());
     for (const guide_event &event : events) sorted.push_back(&event);
     std::stable_partition(sorted.begin(), sorted.end(), [](const guide_event *event) {
-        return std::string_view(event->source) == "present" || std::string_view(event->source) == "following";
+        const std::string_view source = event->source;
+        return source == "present" || source == "following" || event->present_ticks;
     });
     return sorted;
 }
 
-void put_measurements(json_stream &out, page_lists &lists, const overview &found)
+/// Lists that are rarely long; what they leave those behind them take.
+void put_short_lists(json_stream &out, page_lists &lists, const overview &found)
 {
+    const transcript_facts &transcript = found.transcript;
     lists.put("programs", "programs", found.programs, page_budget::programs, row_of);
     lists.put("pids", "PIDs", found.pids, page_budget::pids, row_of);
     put_page_rates(out, lists, found);
+    lists.put("breaks", "breaks of time", found.breaks.kept, page_budget::breaks, row_of);
+    lists.put("checks", "checks", found.checks, page_budget::checks, row_of);
+    lists.put("faults", "groups of faults", transcript.faults, page_budget::faults, row_of);
+    lists.put_at_most("transcript", "sections of the transcript", transcript.entries, page_budget::transcript,
+                      row_of);
+}
+
+void put_long_lists(json_stream &out, page_lists &lists, const overview &found)
+{
     put_with_series(lists, "pcr", "PCRs", found.pcr, page_budget::pcr, page_budget::pcr_series, pcr_row);
     put_with_series(lists, "time_stamps", "time stamps", found.time_stamps, page_budget::time_stamps,
                     page_budget::time_stamp_series, time_stamp_row);
+    lists.put("cues", "cues", found.cues.cues, page_budget::cues, row_of);
+    lists.put("teletext", "teletext pages", found.teletext.pages, page_budget::teletext, teletext_row);
     out.open_object("tables");
     lists.put("rows", "tables", found.tables.rows, page_budget::tables, row_of);
     out.close_object();
-    lists.put("breaks", "breaks of time", found.breaks.kept, page_budget::breaks, row_of);
-    lists.put("checks", "checks", found.checks, page_budget::checks, row_of);
-}
-
-void put_contents(json_stream &out, page_lists &lists, const overview &found)
-{
-    const transcript_facts &transcript = found.transcript;
-    lists.put("cues", "cues", found.cues.cues, page_budget::cues, row_of);
-    lists.put("teletext", "teletext pages", found.teletext.pages, page_budget::teletext, teletext_row);
-    lists.put("faults", "groups of faults", transcript.faults, page_budget::faults, row_of);
-    lists.put("transcript", "sections of the transcript", transcript.entries, page_budget::transcript,
-              row_of);
     out.open_object("guide");
     out.member("others", found.guide.events_of_others);
-    lists.put("events", "events of the guide", by_use(found.guide.events),
-              page_budget::guide + lists.unused_bytes(),
-              [](const guide_event *event) { return json_of(*event); });
+    lists.put("events", "events of the guide", by_use(found.guide.events), page_budget::guide, event_row);
     out.close_object();
 }
 
@@ -125,8 +134,8 @@ bool put_data(const overview &found, const output_sink &write)
     out.member("recording", shortened(json_of_recording(found)));
     out.member("transport_stream", shortened(json_of(found.transport_stream)));
     out.member("clock", json_of(found.clock));
-    put_measurements(out, lists, found);
-    put_contents(out, lists, found);
+    put_short_lists(out, lists, found);
+    put_long_lists(out, lists, found);
     out.list("limits_reached", found.limits_reached, row_of);
     std::vector<std::string> cuts = lists.notes();
     if (!found.transcript.note.empty()) cuts.push_back("transcript: " + found.transcript.note);

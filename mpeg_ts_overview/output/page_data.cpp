@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/output/page_data.h"
 
+#include "mpeg_ts_overview/output/json_line.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -69,7 +71,7 @@ void round_numbers(ordered_json &value)
 
 size_t page_bytes(const ordered_json &value)
 {
-    return escaped_for_page(value.dump(-1, ' ', false, ordered_json::error_handler_t::replace)).size() + 2;
+    return escaped_for_page(json_line(value)).size() + 2;
 }
 
 void page_lists::note_rows(const char *what, size_t count, size_t all)

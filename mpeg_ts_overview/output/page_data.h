@@ -11,7 +11,8 @@
 /// No text of the page has more characters.
 constexpr size_t page_text_limit = 300;
 
-/// The bytes that each list of the page may take; together with the page itself they are below 10 MB.
+/// The bytes that are kept for each list of the page; together with the page itself they are below 10 MB.
+/// What a list leaves of them the next ones may take.
 struct page_budget {
     static constexpr size_t programs = 400000;
     static constexpr size_t pids = 400000;
@@ -24,12 +25,12 @@ struct page_budget {
     static constexpr size_t time_stamp_series = 800000;
     static constexpr size_t tables = 700000;
     static constexpr size_t breaks = 120000;
-    static constexpr size_t checks = 250000;
+    static constexpr size_t checks = 300000; ///< more than all of them with all their places have
     static constexpr size_t cues = 350000;
     static constexpr size_t teletext = 700000;
     static constexpr size_t faults = 250000;
     static constexpr size_t transcript = 1 << 20;
-    static constexpr size_t guide = 1400000; ///< and what the other lists leave
+    static constexpr size_t guide = 1400000;
 };
 
 /// PIDs, and programs, that have a series of rates; PIDs that have series of PCRs and of time stamps.
@@ -71,13 +72,37 @@ class page_lists {
 public:
     explicit page_lists(json_stream &stream) : out(stream) {}
 
-    /// The rows as what row makes of each, as many as the budget takes. what is said of those that are left
-    /// out.
+    /// The rows as what row makes of each, as many as the budget and what is left of those before take. what
+    /// is said of those that are left out.
     template <class Rows, class Row>
     void put(std::string_view name, const char *what, const Rows &rows, size_t budget, const Row &row)
     {
+        left_bytes += budget;
+        const size_t count = rows_within(rows, left_bytes, row);
+        put_first(count, name, what, rows, row);
+    }
+
+    /// As put, but never more than the budget.
+    template <class Rows, class Row>
+    void put_at_most(std::string_view name, const char *what, const Rows &rows, size_t budget, const Row &row)
+    {
         const size_t count = rows_within(rows, budget, row);
-        unused += budget;
+        left_bytes += budget;
+        put_first(count, name, what, rows, row);
+    }
+
+    /// Bytes that the lists so far left of their budgets.
+    size_t unused_bytes() const { return left_bytes; }
+
+    void note(const std::string &text) { left_out.push_back(text); }
+
+    /// What was left out, and how many texts were cut.
+    std::vector<std::string> notes() const;
+
+private:
+    template <class Rows, class Row>
+    void put_first(size_t count, std::string_view name, const char *what, const Rows &rows, const Row &row)
+    {
         out.list(name, std::span(rows).first(count), [&](const auto &each) {
             ordered_json value = row(each);
             texts_cut += cut_texts(value);
@@ -86,19 +111,10 @@ public:
         note_rows(what, count, rows.size());
     }
 
-    /// Bytes that the lists so far left of their budgets.
-    size_t unused_bytes() const { return unused; }
-
-    void note(const std::string &text) { left_out.push_back(text); }
-
-    /// What was left out, and how many texts were cut.
-    std::vector<std::string> notes() const;
-
-private:
     void note_rows(const char *what, size_t count, size_t all);
 
     json_stream &out;
     std::vector<std::string> left_out;
-    size_t unused = 0;
+    size_t left_bytes = 0;
     size_t texts_cut = 0;
 };

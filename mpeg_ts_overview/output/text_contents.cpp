@@ -43,24 +43,24 @@ std::vector<std::string> table_texts(const std::vector<table_facts> &rows)
     return texts;
 }
 
-/// "PCR 30 ms (max 41)"
+/// "PCR 30 ms (max 41)": both in one unit.
 std::string pcr_text(const std::vector<pcr_facts> &pcr)
 {
     extent interval;
     for (const pcr_facts &facts : pcr) join(&interval, facts.interval_ticks);
     if (interval.count == 0) return "";
-    const double longest = static_cast<double>(interval.max) / ticks_per_millisecond;
-    return fmt::format("PCR {} (max {:.0f})", interval_text(mean_ms(interval)), longest);
+    const std::string mean = interval_text(mean_ms(interval));
+    const double longest_ms = static_cast<double>(interval.max) / ticks_per_millisecond;
+    if (!mean.ends_with(" ms")) return fmt::format("PCR {} (max {:.3g})", mean, longest_ms / 1000);
+    return fmt::format("PCR {} (max {:.0f})", mean, longest_ms);
 }
 
-/// "2 cues, 312 events, 87 teletext pages"
-std::string counts_text(const overview &found)
+/// "2 cues", "312 events", "87 teletext pages"
+std::vector<std::string> counts_texts(const overview &found)
 {
-    std::string text;
+    std::vector<std::string> texts;
     const auto add = [&](uint64_t count, const char *one, const char *more) {
-        if (count == 0) return;
-        if (!text.empty()) text += ", ";
-        text += count_text(count, one, more);
+        if (count != 0) texts.push_back(count_text(count, one, more));
     };
     add(found.cues.cues.size() + found.cues.not_kept, "cue", "cues");
     add(found.guide.events.size() + found.guide.not_kept, "event", "events");
@@ -69,7 +69,13 @@ std::string counts_text(const overview &found)
     uint64_t faults = found.transcript.faults_not_kept;
     for (const fault_group &group : found.transcript.faults) faults += group.count;
     add(faults, "fault in tables", "faults in tables");
-    return text;
+    return texts;
+}
+
+/// The items, joined by commas, behind first; nothing when there are none.
+std::string listed(const std::string &first, const std::vector<std::string> &items)
+{
+    return items.empty() ? "" : fmt::format("{}{}", first, fmt::join(items, ", "));
 }
 
 /// Texts that are not empty, on one line.
@@ -89,7 +95,7 @@ std::string limits_text(const overview &found)
     std::vector<std::string> items;
     for (const limit_reached &limit : found.limits_reached)
         items.push_back(
-            fmt::format("{} ({} beyond {})", without_controls(limit.what), limit.dropped, limit.limit));
+            fmt::format("{} {} (limit {})", without_controls(limit.what), limit.dropped, limit.limit));
     std::string text;
     if (!items.empty()) text = wrapped("  not kept: ", items, ", ", columns_of("  not kept: "));
     if (!found.transcript.note.empty())
@@ -103,17 +109,20 @@ std::string limits_text(const overview &found)
 std::string text_of_contents(const overview &found)
 {
     const std::vector<std::string> tables = table_texts(found.tables.rows);
-    const std::string first = "  tables: ";
-    std::string tables_line;
-    for (const std::string &table : tables) tables_line += (tables_line.empty() ? "tables: " : ", ") + table;
+    const std::vector<std::string> counts = counts_texts(found);
     const std::string pcr = pcr_text(found.pcr);
-    const std::string counts = counts_text(found);
+    const std::string first = "  tables: ";
 
-    std::string line = side_by_side({tables_line, pcr, counts});
+    std::string line = side_by_side({listed("tables: ", tables), pcr, listed("", counts)});
     std::string text;
-    if (columns_of(line) > line_columns) {
+    if (columns_of(line) > line_columns && !tables.empty()) {
         text = wrapped(first, tables, ", ", columns_of(first));
-        line = side_by_side({pcr, counts});
+        line = side_by_side({pcr, listed("", counts)});
+    }
+    if (columns_of(line) > line_columns) {
+        if (!pcr.empty()) text += side_by_side({pcr}) + "\n";
+        line.clear();
+        text += wrapped("  ", counts, ", ", 2);
     }
     if (!line.empty()) text += line + "\n";
     return text + limits_text(found);

@@ -20,6 +20,7 @@ constexpr size_t most_others = 8;
 struct stream_layout {
     size_t description = 25;
     size_t language = 3;
+    size_t rate = rate_columns;
     size_t bar = 0;
     uint64_t most_bps = 0; ///< of any stream: its bar is full
 };
@@ -28,6 +29,8 @@ std::string description_of(const program_stream &stream)
 {
     std::string text = stream.name;
     if (!stream.details.empty()) text.append(" ").append(stream.details);
+    // Nearly all MPEG-2 video has this profile: the line is shorter without.
+    if (stream.name == "MPEG-2 video") text.erase(std::min(text.find(" Main@"), text.size()));
     if (stream.absent) text += " (absent)";
     return without_controls(text);
 }
@@ -41,10 +44,11 @@ stream_layout layout_of(const std::vector<program_facts> &programs)
             layout.language = std::max(layout.language, columns_of(without_controls(stream.language)));
             layout.most_bps = std::max(layout.most_bps, stream.mean_bps.value_or(0));
         }
+    layout.rate = std::max(layout.rate, columns_of(rate_text(layout.most_bps)));
     layout.description = std::min<size_t>(layout.description, 44);
     layout.language = std::min<size_t>(layout.language, 11);
     const size_t before_bar =
-        columns_of("     0x0100  ") + layout.description + 1 + layout.language + 3 + rate_columns + 2;
+        columns_of("     0x0100  ") + layout.description + 1 + layout.language + 3 + layout.rate + 2;
     layout.bar = std::min<size_t>(line_columns - before_bar, 40);
     return layout;
 }
@@ -69,7 +73,7 @@ std::string text_of_stream(const program_stream &stream, const stream_layout &la
     }
     const std::string before = fmt::format(
         "     0x{:04X}  {} {}   {:>{}}  ", stream.pid, filled_to(description_of(stream), layout.description),
-        filled_to(without_controls(stream.language), layout.language), rate, rate_columns);
+        filled_to(without_controls(stream.language), layout.language), rate, layout.rate);
     if (color && !bar.empty()) return colored(before + bar, before.size(), bar.size(), "36") + "\n";
     return without_trailing_blanks(before + bar) + "\n";
 }

@@ -45,7 +45,7 @@ function check_box(check) {
             {},
             element("span", {class: "result"}, words[check.result]),
             element("span", {class: "id"}, check.id),
-            element("span", {class: "name"}, check.name),
+            element("span", {class: "name"}, breakable(check.name)),
             element("span", {class: "told"}, told_text(check)),
         ),
         check_body(check),
@@ -55,6 +55,11 @@ function check_box(check) {
         else if (!document.querySelector("details.check[open]")) mark_times([]);
     });
     return box;
+}
+
+/// A name of several words that may go on in another line behind each underscore.
+function breakable(name) {
+    return name.split(/(?<=_)/).flatMap((word, number) => (number === 0 ? [word] : [element("wbr"), word]));
 }
 
 function times_of(check) {

@@ -13,7 +13,10 @@ const range_text =
     (text) =>
     (_, [low, , high]) =>
         low === high ? text(low) : text(low) + " to " + text(high);
-const axis_milliseconds = (value) => (value === 0 ? "0" : Number(value.toPrecision(5)) + " ms");
+const axis_milliseconds = (value) =>
+    Math.abs(value) < 1000
+        ? Number(value.toPrecision(5)) + " ms"
+        : Number((value / 1000).toPrecision(5)) + " s";
 
 export function clocks_part(found) {
     const {pcr, time_stamps} = found;
@@ -52,7 +55,14 @@ function band_plot({rows, series_of, times, line_at, worst, options, ...plot}) {
             hidden: !by_worst.includes(row),
         })),
         rows: times(all).map((seconds, each) => [seconds, ...all.map((series) => point(series, each))]),
-        options: {customBars: true, fillAlpha: 0.25, strokeWidth: 1, drawPoints: false, ...options},
+        options: {
+            customBars: true,
+            fillAlpha: 0.25,
+            strokeWidth: 1,
+            drawPoints: false,
+            pointSize: 2, // of those alone between gaps
+            ...options,
+        },
     });
 }
 
@@ -65,7 +75,6 @@ function bucket_times({rates, recording}) {
 
 function interval_plot(found) {
     const limit = (found.checks.find((check) => check.id === "2.3a")?.limit ?? 0.1) * 1000;
-    const greatest = Math.max(...found.pcr.map((row) => row.interval_ms.max ?? 0));
     return band_plot({
         title: "PCR interval",
         rows: found.pcr,
@@ -74,9 +83,10 @@ function interval_plot(found) {
         times: bucket_times(found),
         line_at: "max",
         value_text: range_text(interval_text),
-        axis_text: (value) => (value === 0 ? "" : axis_milliseconds(value)),
+        axis_text: axis_milliseconds,
         overlay: (context, graph) => draw_limit(context, graph, limit),
-        options: {includeZero: true, valueRange: [0, Math.max(greatest, limit) * 1.1]},
+        reaches: limit,
+        options: {includeZero: true},
     });
 }
 
@@ -112,7 +122,7 @@ function residual_plot({pcr, recording}) {
         times: () => Array.from({length: residual_buckets}, (_, each) => each * width),
         line_at: "max",
         value_text: range_text(nanoseconds_text),
-        axis_text: (value) => (value === 0 ? "0" : nanoseconds_text(value)),
+        axis_text: nanoseconds_text,
         options: {includeZero: true, stepPlot: true},
     });
 }
@@ -133,6 +143,11 @@ function margin_plot(found) {
 }
 
 const number = (title, value, show) => ({title, value, show, number: true});
+const rare = (title, value, is_fault) => ({
+    ...number(title, value, (row) => count_text(value(row))),
+    rare: true,
+    fault: (row) => is_fault && value(row) > 0,
+});
 const three = (title, field, show) =>
     ["min", "mean", "max"].map((which) =>
         number(
@@ -144,7 +159,7 @@ const three = (title, field, show) =>
 
 function pcr_table(rows) {
     if (rows.length === 0) return null;
-    const ppm = (value) => (value === null ? "" : value.toFixed(3) + " ppm");
+    const ppm = (value) => (value === null ? "" : (Math.round(value * 1000) / 1000 + 0).toFixed(3) + " ppm");
     return table(
         "PCRs",
         [
@@ -155,11 +170,8 @@ function pcr_table(rows) {
                 (row) => count_text(row.count),
             ),
             ...three("interval", (row) => row.interval_ms, interval_text),
-            {
-                ...number("leaps not flagged", (row) => row.discontinuities_unflagged),
-                fault: (row) => row.discontinuities_unflagged > 0,
-            },
-            number("leaps flagged", (row) => row.discontinuities_flagged),
+            rare("leaps not flagged", (row) => row.discontinuities_unflagged, true),
+            rare("leaps flagged", (row) => row.discontinuities_flagged),
             number(
                 "residual min",
                 (row) => row.residual_ns.min,
@@ -209,15 +221,11 @@ function stamps_table(rows, name_of) {
                 (row) => row.dts.count,
                 (row) => count_text(row.dts.count),
             ),
-            number(
-                "reordered",
-                (row) => row.reordered,
-                (row) => count_text(row.reordered),
-            ),
+            rare("reordered", (row) => row.reordered),
             ...three("margin", (row) => row.margin_ms, interval_text),
-            {...number("late", (row) => row.late), fault: (row) => row.late > 0},
-            number("unrelated", (row) => row.unrelated),
-            number("PES not read", (row) => row.pes_not_read),
+            rare("late", (row) => row.late, true),
+            rare("unrelated", (row) => row.unrelated),
+            rare("PES not read", (row) => row.pes_not_read),
         ],
         rows,
     );

@@ -23,7 +23,7 @@ export function place(seconds, packet) {
         packet === null || packet === undefined
             ? ""
             : element("span", {class: "packet"}, "packet " + count_text(packet));
-    return element("span", {class: "place"}, time_text(seconds), number);
+    return element("span", {class: "place"}, time_text(seconds), number && " ", number);
 }
 
 /// A box of the page with its heading and what it says in small.

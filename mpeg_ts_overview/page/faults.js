@@ -16,20 +16,23 @@ export function faults_part(found) {
     const {faults, breaks, recording} = found;
     if (faults.length === 0 && breaks.length === 0) return null;
     const sorted = [...faults].sort((a, b) => b.count - a.count);
-    const sum = faults.reduce((total, group) => total + group.count, 0);
     return part(
         "faults",
         "Faults and breaks",
-        counted_text(sum, "fault", "faults") +
-            " in " +
-            counted_text(faults.length, "group", "groups") +
-            ", " +
-            counted_text(breaks.length, "break", "breaks") +
-            " of time",
+        summary_text(faults, breaks),
         recording.duration_s ? fault_dots(found, sorted) : null,
-        faults.length === 0 ? null : fault_table(sorted),
+        faults.length === 0 ? null : fault_table(sorted, recording.duration_s !== null),
         breaks.length === 0 ? null : break_table(breaks),
     );
+}
+
+function summary_text(faults, breaks) {
+    const sum = faults.reduce((total, group) => total + group.count, 0);
+    const groups = counted_text(faults.length, "group", "groups");
+    const texts = [];
+    if (sum > 0) texts.push(counted_text(sum, "fault", "faults") + " in " + groups);
+    if (breaks.length > 0) texts.push(counted_text(breaks.length, "break", "breaks") + " of time");
+    return texts.join(", ");
 }
 
 function fault_dots({rates, breaks, recording}, sorted) {
@@ -86,7 +89,7 @@ function packet_times({bucket_s, whole}) {
     };
 }
 
-function fault_table(sorted) {
+function fault_table(sorted, has_dots) {
     return element(
         "div",
         {},
@@ -124,8 +127,10 @@ function fault_table(sorted) {
         ),
         note(
             "Lines of the transcript that tell of a fault, those that differ only in numbers in one group. " +
-                "Dots between the first and the last of a group are placed by packet number, " +
-                "for its first 100 packets.",
+                (has_dots
+                    ? "Dots between the first and the last of a group are placed by packet number, " +
+                      "for its first 100 packets."
+                    : ""),
         ),
     );
 }

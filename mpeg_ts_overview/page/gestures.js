@@ -1,8 +1,9 @@
-// Hands on a plot: dragging shows the part dragged over, a double click or Escape everything, arrows move,
-// + and - zoom.
+// Hands on a plot: dragging shows the part dragged over, a double click or Escape everything, arrows move
+// (with Shift: from value to value), + and - zoom.
 import {element} from "./elements.js";
 import {move_times, scale_times, show_everything, show_times} from "./time_window.js";
 
+const directions = {ArrowLeft: -1, ArrowRight: 1};
 const least_drag = 5; // pixels; less is a click
 
 const keys = {
@@ -16,11 +17,12 @@ const keys = {
     0: show_everything,
 };
 
-/// area holds the plot and takes the keyboard's focus.
-export function follow_gestures(area, graph) {
+/// area holds the plot and takes the keyboard's focus; point_to_next(direction) says the next values.
+export function follow_gestures(area, graph, point_to_next) {
     area.addEventListener("keydown", (event) => {
         if (!keys[event.key] || event.ctrlKey || event.altKey || event.metaKey) return;
-        keys[event.key]();
+        if (event.shiftKey && directions[event.key]) point_to_next(directions[event.key]);
+        else keys[event.key]();
         event.preventDefault();
     });
     area.addEventListener("dblclick", show_everything);

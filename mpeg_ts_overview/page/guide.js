@@ -1,8 +1,8 @@
 // The programme guide: for each service what is on, what follows, then the schedule by day.
 import {element, lazy_details, note, part} from "./elements.js";
-import {counted_text, planned_text, time_text, utc_text} from "./figures.js";
+import {counted_text, hex_text, planned_text, time_text, utc_text} from "./figures.js";
 
-const services_open = 3; // of so many services or fewer all are open
+const events_open = 40; // of so many events or fewer all are shown at once
 
 export function guide_part(found) {
     const {events} = found.guide;
@@ -17,9 +17,9 @@ export function guide_part(found) {
         ? ", " + counted_text(found.guide.others, "event", "events") + " of other streams came too"
         : "";
     const boxes = [...services].map(([service, its]) =>
-        service_box(names.get(service) || "service " + service, its),
+        service_box(names.get(service) || "service " + hex_text(service, 4), its),
     );
-    if (boxes.length <= services_open) for (const box of boxes) box.open = true;
+    if (events.length <= events_open) for (const box of boxes) box.open = true;
     return part(
         "guide",
         "Guide",
@@ -33,7 +33,7 @@ export function guide_part(found) {
 }
 
 function service_box(name, events) {
-    const present = events.find((event) => event.source === "present");
+    const {present} = parted(events);
     const summary = [
         element("b", {}, name),
         present ? element("span", {class: "now"}, present.title || "untitled") : null,
@@ -42,23 +42,32 @@ function service_box(name, events) {
     return lazy_details({class: "service"}, summary, () => service_events(events));
 }
 
+/// The event that was the present one last, whatever told of it since; of several that were told as
+/// following the last; all others in order.
+function parted(events) {
+    const sorted = [...events].sort((a, b) => (a.start_utc ?? "~").localeCompare(b.start_utc ?? "~"));
+    const from = (event) => event?.present_from_s ?? -1;
+    const was_present = (event) => event.source === "present" || from(event) >= 0;
+    const later = (best, event) => (from(best) <= from(event) ? event : best);
+    const present = sorted.filter(was_present).reduce(later, undefined);
+    const following = sorted.findLast((event) => event.source === "following" && event !== present);
+    return {present, following, others: sorted.filter((event) => event !== present && event !== following)};
+}
+
 function service_events(events) {
-    const by_start = (a, b) => (a.start_utc ?? "~").localeCompare(b.start_utc ?? "~");
-    const of = (source) => events.filter((event) => event.source === source).sort(by_start);
+    const {present, following, others} = parted(events);
     const boxes = [];
-    const add = (title, its) => {
-        if (its.length > 0)
-            boxes.push(element("h4", {}, title), element("ol", {class: "events"}, its.map(event_row)));
-    };
-    add("present", of("present"));
-    add("following", of("following"));
+    const add = (title, its) =>
+        boxes.push(element("h4", {}, title), element("ol", {class: "events"}, its.map(event_row)));
+    if (present) add("present", [present]);
+    if (following) add("following", [following]);
     const days = new Map();
-    for (const event of [...of("schedule"), ...of("atsc")].sort(by_start)) {
+    for (const event of others) {
         const day = event.start_utc ? event.start_utc.slice(0, 10) : "no date";
         if (!days.has(day)) days.set(day, []);
         days.get(day).push(event);
     }
-    for (const [day, its] of days) add(day, its);
+    for (const [day, its] of days) add("schedule " + day, its);
     return boxes;
 }
 
@@ -66,7 +75,7 @@ function event_row(event) {
     const told = [
         planned_text(event.duration_s),
         event.language,
-        event.present_from_s === null ? "" : "on air from " + time_text(event.present_from_s),
+        event.present_from_s === undefined ? "" : "on air from " + time_text(event.present_from_s),
     ];
     return element(
         "li",

@@ -22,7 +22,7 @@ function left_out_part({limits_reached, cuts}) {
         ...limits_reached.map(({what, limit, dropped}) =>
             limit === null
                 ? what
-                : what + ": " + count_text(limit) + " are kept, " + count_text(dropped) + " more came",
+                : what + ": " + count_text(dropped) + " left out (limit " + count_text(limit) + ")",
         ),
     ];
     if (texts.length === 0) return null;

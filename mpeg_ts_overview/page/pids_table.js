@@ -1,6 +1,6 @@
 // All that is counted of each PID.
-import {lazy_details} from "./elements.js";
-import {count_text, counted_text, percent_text, pid_text, rate_text, time_text} from "./figures.js";
+import {lazy_details, place} from "./elements.js";
+import {count_text, counted_text, percent_text, pid_text, rate_text} from "./figures.js";
 import {name_of_pids} from "./pid_names.js";
 import {table} from "./table.js";
 
@@ -40,6 +40,7 @@ export function pids_table(found) {
                 (row) => row[field],
                 (row) => (row[field] ? count_text(row[field]) : ""),
             ),
+            rare: true,
             fault: (row) => fault && row[field] > 0,
         });
     const columns = [
@@ -62,13 +63,13 @@ export function pids_table(found) {
         ...counts.map(counted(false)),
         number(
             "first",
-            (row) => row.first_s,
-            (row) => time_text(row.first_s),
+            (row) => row.first_packet,
+            (row) => place(row.first_s, row.first_packet),
         ),
         number(
             "last",
-            (row) => row.last_s,
-            (row) => time_text(row.last_s),
+            (row) => row.last_packet,
+            (row) => place(row.last_s, row.last_packet),
         ),
     ];
     return lazy_details(

@@ -9,6 +9,7 @@ import {on_time_window, time_window} from "./time_window.js";
 const waiting = []; // plots that are not on the page yet
 const plots = []; // those that are
 const quiet_ms = 700;
+const pause_ms = 50; // between plots out of view, for hands on the page
 let later = 0; // a timer
 const values_in_readout = 8;
 const axis_height = 22;
@@ -32,6 +33,7 @@ export function series_colour(number) {
 ///   value_text(value, cell of the row): how values are said,
 ///   axis_text(value) of the marks at the side, or y_ticks [{v, label}],
 ///   first_text(t_s): said before the values,
+///   reaches: the axis of bands is from 0 to what is shown, and at least a little beyond that value,
 ///   options: more options of dygraphs, overlay(context, graph): draws over the series,
 ///   size "tall", or height in pixels, legend: more of it, no_legend.
 export function make_plot(plot) {
@@ -39,11 +41,13 @@ export function make_plot(plot) {
         class: "plot " + (plot.size ?? ""),
         tabindex: 0,
         role: "img",
-        "aria-label": plot.title + ". Arrows move, + and - zoom, Escape shows everything.",
+        "aria-label":
+            plot.title +
+            ". Arrows move, with Shift from value to value, + and - zoom, Escape shows everything.",
     });
     if (plot.height) area.style.height = plot.height + "px";
     const canvas = element("div", {class: "canvas"});
-    const readout = element("p", {class: "readout"}, "\u00a0");
+    const readout = element("p", {class: "readout", "aria-live": "polite"}, "\u00a0");
     area.append(canvas);
     const state = {
         ...plot,
@@ -51,6 +55,7 @@ export function make_plot(plot) {
         canvas,
         readout,
         graph: null,
+        pointed: null, // the row whose values are said
         near: false,
         stale: true,
     };
@@ -72,7 +77,11 @@ export function draw_plots() {
     for (const state of waiting.splice(0)) {
         plots.push(state);
         show_window(state);
-        follow_gestures(state.area, () => state.graph);
+        follow_gestures(
+            state.area,
+            () => state.graph,
+            (direction) => point_to_next(state, direction),
+        );
         new IntersectionObserver(
             ([entry]) => {
                 state.near = entry.isIntersecting;
@@ -106,20 +115,20 @@ addEventListener("afterprint", () => {
 
 /// Browsers print a plot only if it was drawn before, so those out of view are brought up to date too: one
 /// after the other, when the page has been left alone for a while.
-function draw_later() {
+function draw_later(wait_ms = quiet_ms) {
     clearTimeout(later);
     later = setTimeout(() => {
         const next = plots.find((state) => state.stale && state.area.clientWidth > 0);
         if (!next) return;
         draw(next);
-        draw_later();
-    }, quiet_ms);
+        draw_later(pause_ms);
+    }, wait_ms);
 }
 
 function draw(state) {
     if (state.area.clientWidth === 0) return; // of a figure that is not shown
     state.stale = false;
-    if (state.graph) state.graph.updateOptions({...window_options(), ...theme_options(state)});
+    if (state.graph) state.graph.updateOptions({...window_options(state), ...theme_options(state)});
     else start(state);
 }
 
@@ -136,6 +145,7 @@ function legend_of(state) {
             entry.setAttribute("aria-pressed", String(visible));
             series.hidden = !visible;
             state.graph?.setVisibility(number, visible);
+            if (state.graph) draw(state);
         });
         return entry;
     });
@@ -160,15 +170,17 @@ function start(state) {
         resizable: "passive",
         highlightCircleSize: 3,
         highlightCallback: (event, x, points, row) => {
+            state.pointed = row;
             state.readout.textContent = readout_text(state, x, points, state.rows[row]);
         },
         unhighlightCallback: () => {
+            state.pointed = null;
             state.readout.textContent = "\u00a0";
         },
         plugins: [
             {activate: () => ({didDrawChart: (event) => draw_over(state, event)}), toString: () => "over"},
         ],
-        ...window_options(),
+        ...window_options(state),
         ...theme_options(state),
         ...state.options,
     });
@@ -177,11 +189,44 @@ function start(state) {
 function value_axis(state) {
     const axis = {axisLabelWidth: axis_width, pixelsPerLabel: 26};
     if (state.y_ticks) return {...axis, ticker: () => state.y_ticks};
-    return {...axis, axisLabelFormatter: state.axis_text};
+    // At the bottom the time axis has its first mark, where 0 needs none.
+    const text = (value, granularity, options, graph) =>
+        value === 0 && graph.yAxisRange()[0] === 0 ? "" : state.axis_text(value);
+    return {...axis, axisLabelFormatter: text};
 }
 
-function window_options() {
-    return {dateWindow: [time_window.from, time_window.to]};
+function is_shown([seconds]) {
+    return seconds >= time_window.from && seconds <= time_window.to;
+}
+
+function window_options(state) {
+    const shown = {dateWindow: [time_window.from, time_window.to]};
+    if (state.reaches === undefined) return shown;
+    let greatest = state.reaches;
+    for (const row of state.rows.filter(is_shown))
+        state.series.forEach(({hidden}, number) => {
+            const [, , high] = row[number + 1];
+            if (!hidden && high > greatest) greatest = high;
+        });
+    return {...shown, valueRange: [0, greatest * 1.1]};
+}
+
+/// Says the values of the next row that is shown and has some; of the first one in the middle.
+function point_to_next(state, direction) {
+    const {rows, graph} = state;
+    const value_of = (cell) => (Array.isArray(cell) ? cell[1] : cell);
+    const points_of = ([, ...cells]) =>
+        cells
+            .map((cell, number) => ({name: String(number), yval: value_of(cell)}))
+            .filter(({yval}, number) => yval !== null && !state.series[number].hidden);
+    const middle = (time_window.from + time_window.to) / 2;
+    const first = rows.findIndex(([seconds]) => seconds >= middle);
+    let next = state.pointed === null ? first : state.pointed + direction;
+    while (rows[next] && is_shown(rows[next]) && points_of(rows[next]).length === 0) next += direction;
+    if (!rows[next] || !is_shown(rows[next])) return;
+    graph.setSelection(next);
+    state.pointed = next;
+    state.readout.textContent = readout_text(state, rows[next][0], points_of(rows[next]), rows[next]);
 }
 
 /// What the plot shows, readable by other programs.

@@ -3,6 +3,7 @@ import {button, element, part} from "./elements.js";
 import {counted_text, hex_text, percent_text, pid_text, rate_text} from "./figures.js";
 
 const programs_at_first = 60;
+const null_pid = 0x1fff;
 
 const running = ["", "not running", "starts in a few seconds", "pausing", "running", "off air"];
 
@@ -10,13 +11,14 @@ export function name_of_program(program) {
     return program.service_name || "program " + program.number;
 }
 
-export function programs_part({programs, transport_stream}) {
+export function programs_part({programs, rates, transport_stream}) {
     if (programs.length === 0) return null;
     const streams = programs.flatMap((program) => program.streams);
     const greatest = Math.max(1, ...streams.map((stream) => stream.mean_bps ?? 0));
+    const rate_of = new Map(rates.pids.map((row) => [row.pid, row.mean_bps]));
     const cards = element("div", {class: "cards"});
     const show = (from, to) =>
-        cards.append(...programs.slice(from, to).map((each) => program_card(each, greatest)));
+        cards.append(...programs.slice(from, to).map((each) => program_card(each, greatest, rate_of)));
     show(0, programs_at_first);
     const more =
         programs.length <= programs_at_first
@@ -38,8 +40,17 @@ export function programs_part({programs, transport_stream}) {
     );
 }
 
-function program_card(program, greatest) {
-    const rates = program.streams.map((stream) => stream.mean_bps).filter((rate) => rate !== null);
+/// Streams, tables and clock together; null when no rate is known.
+function rate_of_program({pmt_pid, pcr_pid, streams, ca_systems}, rate_of) {
+    const pids = [pmt_pid, pcr_pid, ...streams.map(({pid}) => pid), ...ca_systems.map(({pid}) => pid)];
+    const rates = [...new Set(pids)]
+        .filter((pid) => pid !== null_pid)
+        .map((pid) => rate_of.get(pid) ?? null)
+        .filter((rate) => rate !== null);
+    return rates.length === 0 ? null : rates.reduce((sum, rate) => sum + rate, 0);
+}
+
+function program_card(program, greatest, rate_of) {
     const tags = [
         program.channel === null ? "" : "channel " + program.channel,
         program.service_type?.name,
@@ -57,11 +68,7 @@ function program_card(program, greatest) {
             element("span", {class: "id"}, hex_text(program.number, 4)),
             name_of_program(program),
             program.provider_name ? element("span", {class: "provider"}, program.provider_name) : null,
-            element(
-                "span",
-                {class: "rate"},
-                rate_text(rates.length ? rates.reduce((a, b) => a + b, 0) : null),
-            ),
+            element("span", {class: "rate"}, rate_text(rate_of_program(program, rate_of))),
         ),
         element(
             "p",

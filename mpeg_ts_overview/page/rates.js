@@ -123,7 +123,6 @@ function stacked_plot({rates, recording}, title, series) {
 }
 
 function rate_axis_text(bps) {
-    if (bps === 0) return ""; // the time axis has its first mark there
     return bps < 10000 ? bps / 1e3 + " kbit/s" : Number((bps / 1e6).toPrecision(4)) + " Mbit/s";
 }
 

@@ -1,13 +1,13 @@
 // What the recording is, and whether any check fails.
-import {element} from "./elements.js";
+import {element, place} from "./elements.js";
 import {
     count_text,
     counted_text,
     duration_text,
+    hex_text,
     pid_text,
     rate_text,
     size_text,
-    time_text,
     utc_text,
 } from "./figures.js";
 
@@ -20,8 +20,7 @@ const time_bases = {
 
 export function recording_header(found) {
     const {recording, checks} = found;
-    const name =
-        recording.path === "-" ? "standard input" : recording.path.split("/").pop() || recording.path;
+    const name = name_of(recording);
     document.title = name + " - transport stream overview";
     const failed = checks.filter((check) => check.result === "fail").length;
     const badge = element(
@@ -32,7 +31,7 @@ export function recording_header(found) {
     return element(
         "header",
         {},
-        element("div", {class: "title"}, element("h1", {title: recording.path}, name), badge),
+        element("div", {class: "title"}, element("h1", {}, name), badge),
         element(
             "dl",
             {class: "facts"},
@@ -50,11 +49,15 @@ export function recording_header(found) {
     );
 }
 
+function name_of({path}) {
+    return path === "-" ? "standard input" : path.split("/").pop() || path;
+}
+
 function facts_of({recording, transport_stream, clock, rates}) {
     const rate = rate_text(recording.mean_bps);
     const clock_of = recording.clock_pid === null ? "" : " of " + pid_text(recording.clock_pid);
     const reading = (at) =>
-        at ? utc_text(at.utc) + " UTC" + (at.t_s === null ? "" : " at " + time_text(at.t_s)) : "";
+        at ? element("span", {}, utc_text(at.utc) + " UTC at ", place(at.t_s, at.packet)) : "";
     const counted = (count) => (count ? count_text(count) : "");
     const seconds = [rates.whole.min_bps, rates.whole.max_bps].map(rate_text);
     return [
@@ -74,10 +77,11 @@ function facts_of({recording, transport_stream, clock, rates}) {
         ["bytes skipped", counted(recording.skipped_bytes), true],
         ["bytes before the first packet", counted(recording.leading_bytes)],
         ["bytes behind the last packet", counted(recording.trailing_bytes)],
+        ["path", ["-", name_of(recording)].includes(recording.path) ? "" : recording.path],
     ];
 }
 
 function stream_text({transport_stream_id, original_network_id}) {
-    const network = original_network_id === null ? "" : " of network " + original_network_id;
-    return transport_stream_id === null ? "" : transport_stream_id + network;
+    const network = original_network_id === null ? "" : " of network " + hex_text(original_network_id, 4);
+    return transport_stream_id === null ? "" : hex_text(transport_stream_id, 4) + network;
 }

@@ -4,11 +4,15 @@ import {count_text} from "./figures.js";
 
 const rows_at_first = 100;
 
-/// Columns are {title, value(row), show(row), number, fault(row), always}. value is what is sorted by, show
-/// what is seen: value when it is not given. A column in which no row has a value (or only 0) is left out,
-/// but for those that are always shown.
+/// Columns are {title, value(row), show(row), number, rare, fault(row), always}. value is what is sorted by,
+/// show what is seen: value when it is not given. A column in which no row has a value is left out, of a rare
+/// event also when all counts are 0, but for those that are always shown.
 export function table(label, columns, rows) {
-    const shown = columns.filter((column) => column.always || rows.some((row) => Boolean(column.value(row))));
+    const says = (column) => (row) => {
+        const value = column.value(row);
+        return !is_unknown(value) && !(column.rare && value === 0);
+    };
+    const shown = columns.filter((column) => column.always || rows.some(says(column)));
     const body = element("tbody");
     const more = element("p", {class: "more"});
     let order = rows;
@@ -52,7 +56,7 @@ export function table(label, columns, rows) {
         {class: "table"},
         element(
             "div",
-            {class: "scroll", role: "region", "aria-label": label},
+            {class: "scroll", role: "region", tabindex: 0, "aria-label": label},
             element("table", {}, element("thead", {}, element("tr", {}, headers)), body),
         ),
         more,
@@ -75,10 +79,13 @@ function table_row(columns, row) {
     );
 }
 
+function is_unknown(value) {
+    return value === null || value === undefined || value === "";
+}
+
 /// What is not known comes last, in both directions.
 function compared(a, b, direction) {
-    const unknown = (value) => value === null || value === undefined || value === "";
-    if (unknown(a) || unknown(b)) return Number(unknown(a)) - Number(unknown(b));
+    if (is_unknown(a) || is_unknown(b)) return Number(is_unknown(a)) - Number(is_unknown(b));
     if (typeof a === "number" && typeof b === "number") return direction * (a - b);
     return direction * String(a).localeCompare(String(b));
 }

@@ -1,6 +1,6 @@
 // The tables of the stream: how often they come, which versions there were.
-import {element, note, part} from "./elements.js";
-import {count_text, counted_text, hex_text, interval_text, pid_text, time_text} from "./figures.js";
+import {element, note, part, place} from "./elements.js";
+import {count_text, counted_text, hex_text, interval_text, pid_text} from "./figures.js";
 import {table} from "./table.js";
 
 export function tables_part({tables}) {
@@ -32,7 +32,12 @@ export function tables_part({tables}) {
         interval("greatest", "max"),
         {title: "versions", value: (row) => row.versions.length, show: versions_cell},
         {
-            ...number("changed under the same version", (row) => row.changed_under_same_version),
+            ...number(
+                "changed under the same version",
+                (row) => row.changed_under_same_version,
+                (row) => count_text(row.changed_under_same_version),
+            ),
+            rare: true,
             fault: (row) => row.changed_under_same_version > 0,
         },
     ];
@@ -53,14 +58,16 @@ function extension_text(row) {
     return texts.filter(Boolean).join(", ");
 }
 
-function versions_cell(row) {
-    const text = (version) =>
-        version.version + (version.first_s === null ? "" : " at " + time_text(version.first_s));
-    if (row.versions.length < 2) return row.versions.map((version) => "version " + version.version).join("");
+/// Each version with the place where it came first.
+function versions_cell({versions}) {
+    const lines = versions.map(({version, first_s, first_packet}) =>
+        element("div", {}, element("span", {class: "version"}, version), " ", place(first_s, first_packet)),
+    );
+    if (versions.length < 2) return lines[0] ?? "";
     return element(
         "details",
         {class: "versions"},
-        element("summary", {}, counted_text(row.versions.length, "version", "versions")),
-        row.versions.map((version) => element("div", {}, text(version))),
+        element("summary", {}, counted_text(versions.length, "version", "versions")),
+        lines,
     );
 }

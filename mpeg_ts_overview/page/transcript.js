@@ -1,6 +1,6 @@
 // The analyser's words for each distinct section, with a filter.
 import {button, element, lazy_details, note, part, place} from "./elements.js";
-import {count_text, counted_text, hex_text, pid_text} from "./figures.js";
+import {count_text, counted_text, hex_text, pid_text, time_text} from "./figures.js";
 
 const entries_at_first = 100;
 
@@ -35,13 +35,18 @@ export function transcript_part({transcript}) {
     );
 }
 
+function repeats_text({count, last_s}) {
+    if (count < 2) return "";
+    return count_text(count) + " times" + (last_s === null ? "" : ", last at " + time_text(last_s));
+}
+
 function entry_box(entry, words) {
     const summary = [
         place(entry.first_s, entry.first_packet),
         element("span", {class: "id"}, pid_text(entry.pid)),
         element("span", {class: "id"}, hex_text(entry.table_id, 2)),
         element("span", {class: "heading"}, entry.heading),
-        element("span", {class: "summary"}, entry.count > 1 ? count_text(entry.count) + " times" : ""),
+        element("span", {class: "summary"}, repeats_text(entry)),
     ];
     return lazy_details({class: "entry"}, summary, () => [
         element(

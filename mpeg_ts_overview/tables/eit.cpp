@@ -15,6 +15,8 @@ std::optional<eit> read_eit(const table_section &section)
     information.segment_last_section_number = static_cast<uint8_t>(in.bits(8));
     information.last_table_id = static_cast<uint8_t>(in.bits(8));
 
+    constexpr size_t usual_events = 8;
+    information.events.reserve(usual_events);
     while (in.has(12)) {
         eit_event event;
         event.event_id = static_cast<uint16_t>(in.bits(16));

@@ -26,11 +26,11 @@ eit_watch::eit_watch(const time_stretches &times, bool is_whole_multiplex)
 void eit_watch::on_section(const table_section &section, const table_key &of_table,
                            const program_map &programs)
 {
-    for (const program_map::listing_change &change : programs.listing_changes()) {
-        service_state &service = services[change.program_number];
-        service.is_listed = change.is_listed;
-        decide(change.program_number, service, section.at);
-    }
+    // A service whose PMT moves to another PID is taken off the list and put on it again.
+    for (const program_map::listing_change &change : programs.listing_changes())
+        services[change.program_number].is_listed = change.is_listed;
+    for (const program_map::listing_change &change : programs.listing_changes())
+        decide(change.program_number, services[change.program_number], section.at);
     const uint8_t table_id = section.header.table_id;
     if (table_id == sdt_actual_table_id) on_sdt(section);
     if (table_id == eit_present_following_actual_table_id || table_id == eit_present_following_other_table_id)

@@ -48,14 +48,19 @@ void program_map::on_pat(const table_section &section)
     const unsigned section_number = section.header.section_number;
     const unsigned last = std::max<unsigned>(section_number, section.header.last_section_number);
     stream_id = section.header.table_id_extension;
-    for (unsigned number = last + 1; number < pat_sections.size(); ++number)
-        if (!pat_sections[number].empty()) replace_pat_section(number, {});
+    std::set<uint32_t> touched;
     if (pat_sections[section_number].empty() || pat_crcs[section_number] != section.crc_32)
-        replace_pat_section(section_number, read_pat(section));
+        replace_pat_section(section_number, read_pat(section), touched);
     pat_crcs[section_number] = section.crc_32;
+    for (unsigned number = last + 1; number < pat_sections.size(); ++number)
+        if (!pat_sections[number].empty()) replace_pat_section(number, {}, touched);
+    // Only now: a program may have moved from one section to another.
+    settle(touched);
 }
 
-void program_map::replace_pat_section(unsigned section_number, std::vector<pat_entry> entries)
+/// Notes the programs that the section named or names.
+void program_map::replace_pat_section(unsigned section_number, std::vector<pat_entry> entries,
+                                      std::set<uint32_t> &touched)
 {
     // What goes on being named is never without a name, so that its sections in hand are not lost.
     for (const pat_entry &entry : entries) directory.add(entry.PID, use_of(entry));
@@ -64,7 +69,6 @@ void program_map::replace_pat_section(unsigned section_number, std::vector<pat_e
     const std::vector<pat_entry> &here = pat_sections[section_number];
     for (const pat_entry &entry : gone) directory.remove(entry.PID, use_of(entry));
 
-    std::set<uint32_t> touched;
     for (size_t i = 0; i < gone.size(); ++i) {
         if (gone[i].program_number == 0) continue;
         const uint32_t index = program_index(gone[i].program_number);
@@ -77,7 +81,6 @@ void program_map::replace_pat_section(unsigned section_number, std::vector<pat_e
         programs[index].places[place_of(section_number, i)] = here[i].PID;
         touched.insert(index);
     }
-    settle(touched);
 }
 
 void program_map::settle(const std::set<uint32_t> &touched)

@@ -92,7 +92,8 @@ private:
     };
 
     void on_pat(const table_section &section);
-    void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries);
+    void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries,
+                             std::set<uint32_t> &touched);
     void settle(const std::set<uint32_t> &touched);
     void move(program &which);
     void on_pmt(const table_section &section);

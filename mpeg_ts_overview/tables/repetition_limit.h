@@ -37,8 +37,13 @@ public:
     /// between two arrivals is a piece of an interval.
     void judge(int64_t from_ticks, const moment &to, bool between_arrivals, const watched_thing &thing);
 
+    /// So many ticks of the thing's own clock lie between two arrivals, the second at the moment.
+    void judge_own(int64_t ticks, const moment &to, const watched_thing &thing);
+
     /// A clock ran from one time to the moment, without a break between.
     void note_run(int64_t from_ticks, const moment &to);
+    /// The thing's own clock ran so long.
+    void note_own_run(int64_t ticks);
 
     /// The thing never came, and clocks that ran for it alone found that: one fault, where they ran as long
     /// as the limit.
@@ -55,11 +60,12 @@ public:
 private:
     struct wait {
         int64_t from_ticks = 0;
-        moment to;
+        const moment *to = nullptr;
     };
 
     std::optional<wait> sure_part(const wait &whole) const;
-    void judge(repetition_findings &here, const wait &w, bool between_arrivals, const watched_thing &thing);
+    void judge(repetition_findings &here, int64_t ticks, const moment &to, bool between_arrivals,
+               const watched_thing &thing) const;
 
     const time_stretches &stretches;
     std::optional<int64_t> limit;

@@ -22,12 +22,41 @@ repetition_clock repetition_watch::started(const moment &at) const
     return clock;
 }
 
+repetition_clock repetition_watch::started_by_arrival(const moment &at) const
+{
+    repetition_clock clock = started(at);
+    clock.arrived = true;
+    return clock;
+}
+
 void repetition_watch::arrive(repetition_clock &clock, const moment &at, const watched_thing &thing)
 {
-    if (!at.ticks || at.stretch < 0) return;
+    clock.own_ticks = 0;
+    if (!at.ticks || at.stretch < 0) {
+        end(clock, at, thing);
+        if (stretches.current()) clock.waited_ticks = *stretches.current()->last.ticks;
+        return;
+    }
     settle(clock, at, true, thing);
     clock.waited_ticks = *at.ticks;
     clock.arrived = true;
+}
+
+void repetition_watch::arrive_by_own_clock(repetition_clock &clock, int64_t ticks, const moment &at,
+                                           const watched_thing &thing)
+{
+    const int64_t own_ticks = clock.own_ticks + ticks;
+    for (repetition_limit &limit : limits) {
+        limit.judge_own(ticks, at, thing);
+        limit.note_own_run(own_ticks);
+    }
+    if (at.ticks && at.stretch >= 0 && at.stretch == clock.stretch) {
+        for (repetition_limit &limit : limits) limit.note_run(clock.run_ticks, at);
+        clock.waited_ticks = *at.ticks;
+    } else {
+        clock = started_by_arrival(at);
+    }
+    clock.own_ticks = own_ticks;
 }
 
 void repetition_watch::end(repetition_clock &clock, const moment &at, const watched_thing &thing)
@@ -54,7 +83,7 @@ void repetition_watch::settle(repetition_clock &clock, const moment &at, bool ar
 {
     if (clock.stretch != at.stretch) {
         settle_past(clock, thing);
-        const moment &first = stretches.current()->first;
+        const moment &first = starts_anew == after_break::at_once ? stretches.current()->first : at;
         clock = {first.stretch, *first.ticks, *first.ticks, false};
     }
     judge(clock, at, arrives, thing);
@@ -75,8 +104,10 @@ void repetition_watch::settle_past(repetition_clock &clock, const watched_thing 
 void repetition_watch::end_stretch(repetition_clock &clock, const time_stretch &over,
                                    const watched_thing &thing)
 {
-    if (clock.stretch != over.first.stretch)
+    if (clock.stretch != over.first.stretch) {
+        if (starts_anew == after_break::at_the_next_arrival) return;
         clock = {over.first.stretch, *over.first.ticks, *over.first.ticks, false};
+    }
     judge(clock, over.last, false, thing);
 }
 

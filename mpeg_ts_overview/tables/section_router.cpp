@@ -26,6 +26,7 @@ section_router::pid_collector &section_router::collector_of(uint16_t pid)
     std::unique_ptr<pid_collector> &collector = collectors[pid];
     if (!collector) {
         collector = std::make_unique<pid_collector>();
+        collector->pid = pid;
         in_use.push_back(collector.get());
     }
     const uint32_t collection = directory.collections_of(pid);
@@ -77,7 +78,12 @@ void section_router::take_sections(pid_collector &collector, const ts_packet &pa
 
 void section_router::on_sync_loss()
 {
-    for (pid_collector *collector : in_use) mpeg_ts_section_collector_drop(&collector->sections);
+    for (pid_collector *collector : in_use) {
+        const bool goes_on = directory.collects(collector->pid) &&
+                             collector->collection == directory.collections_of(collector->pid);
+        if (!goes_on) collector->sections.held = 0;
+        mpeg_ts_section_collector_drop(&collector->sections);
+    }
 }
 
 uint64_t section_router::crc_errors(uint16_t pid) const

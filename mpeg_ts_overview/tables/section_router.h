@@ -29,6 +29,7 @@ public:
 
 private:
     struct pid_collector {
+        uint16_t pid = 0;
         mpeg_ts_section_collector sections;
         moment begun; ///< of the section in hand
         uint32_t collection = 0;

@@ -19,7 +19,8 @@ int64_t shortest_limit(const limits &values)
     int64_t shortest = std::min(atsc_pat_interval_ticks, mgt_interval_ticks);
     for (const std::optional<int64_t> &other :
          {values.pat_interval_ticks, values.pmt_interval_ticks, values.sdt_interval_ticks,
-          values.nit_interval_ticks, values.pid_absence_ticks, values.eit_schedule_ticks})
+          values.nit_interval_ticks, values.pid_absence_ticks, values.eit_schedule_ticks,
+          values.pcr_interval_ticks, values.pts_interval_ticks})
         shortest = std::min(shortest, other.value_or(shortest));
     return shortest;
 }

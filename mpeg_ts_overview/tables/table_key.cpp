@@ -26,3 +26,14 @@ table_key key_of(const table_section &section)
     }
     return key;
 }
+
+size_t table_key_hash::operator()(const table_key &key) const
+{
+    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
+    const uint64_t table =
+        uint64_t{key.pid} << 24 | uint64_t{key.table_id} << 16 | key.table_id_extension.value_or(0);
+    const uint64_t stream =
+        uint64_t{key.transport_stream_id.value_or(0)} << 16 | key.original_network_id.value_or(0);
+    const uint64_t mixed = (table * spread) ^ ((stream ^ key.ETM_id.value_or(0)) * spread << 7);
+    return static_cast<size_t>(mixed ^ mixed >> 32);
+}

@@ -4,6 +4,7 @@
 #include "mpeg_ts_overview/tables/section.h"
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -16,6 +17,10 @@ struct table_key {
     std::optional<uint32_t> ETM_id;              ///< of the ETT, A/65 6.6
 
     auto operator<=>(const table_key &) const = default;
+};
+
+struct table_key_hash {
+    size_t operator()(const table_key &key) const;
 };
 
 /// The key of a section. What the section is too short for is left out.

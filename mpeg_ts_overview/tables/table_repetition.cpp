@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/tables/table_repetition.h"
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -30,8 +31,18 @@ void table_repetition::on_section(const table_section &section, const table_key 
     table_clocks *const clocks = clocks_of(section, key);
     if (clocks == nullptr) return;
     forget_above(last_of(section), key, *clocks, section.at);
-    const auto place = clocks->find(number);
-    if (place != clocks->end()) watch.arrive(place->second, section.at, thing_of(key, number));
+    const auto place = first_from(*clocks, number);
+    if (place != clocks->end() && place->section_number == number)
+        watch.arrive(place->clock, section.at, thing_of(key, number));
+}
+
+/// The clock of the section_number, or else of the next.
+table_repetition::table_clocks::iterator table_repetition::first_from(table_clocks &clocks,
+                                                                      size_t section_number)
+{
+    return std::lower_bound(
+        clocks.begin(), clocks.end(), section_number,
+        [](const numbered_clock &one, size_t number) { return one.section_number < number; });
 }
 
 /// The clocks of a table, among them those of all its sections that are waited for; null when there is no
@@ -41,14 +52,16 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
 {
     const auto known = tables.find(key);
     const bool is_new = known == tables.end();
-    const size_t held = is_new ? 0 : known->second.size();
+    const uint8_t version = section.header.version_number;
+    if (!is_new) known->second.has_other_versions |= version != known->second.first_version;
     // Of a table all of whose numbers are waited for, those from 0 on are held.
-    size_t first = held;
+    size_t first = is_new ? 0 : known->second.size();
     size_t fence = last_of(section) + size_t{1};
     if (awaited == awaited_sections::that_have_come) {
-        const uint8_t number = section.header.section_number;
-        first = number;
-        fence = number + (is_new || known->second.count(number) == 0 ? size_t{1} : 0);
+        first = section.header.section_number;
+        const auto here = is_new ? table_clocks::iterator() : first_from(known->second, first);
+        const bool is_held = !is_new && here != known->second.end() && here->section_number == first;
+        fence = first + (is_held ? 0 : 1);
     }
     if (first >= fence) return &known->second;
     const bool only_arrivals = awaited == awaited_sections::that_have_come;
@@ -58,27 +71,33 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     }
 
     clock_count += fence - first;
-    // Further numbers of a new version are waited for from now on.
-    const bool from_the_start = is_new && awaited == awaited_sections::of_one_table;
     table_clocks &clocks = tables[key];
+    if (is_new) clocks.first_version = version;
+    // Further numbers of a new version are waited for from now on.
+    const bool from_the_start = is_new || (only_arrivals && !clocks.has_other_versions);
     for (size_t number = first; number < fence; ++number)
-        clocks[static_cast<uint8_t>(number)] =
-            from_the_start ? repetition_clock{} : watch.started(section.at);
+        clocks.insert(
+            first_from(clocks, number),
+            {static_cast<uint8_t>(number), from_the_start ? repetition_clock{} : watch.started(section.at)});
     return &clocks;
 }
 
 void table_repetition::forget_above(uint8_t last, const table_key &key, table_clocks &clocks,
                                     const moment &at)
 {
-    for (auto gone = clocks.upper_bound(last); gone != clocks.end(); gone = clocks.erase(gone)) {
-        watch.end(gone->second, at, thing_of(key, gone->first));
+    const auto above = first_from(clocks, last + size_t{1});
+    for (auto gone = above; gone != clocks.end(); ++gone) {
+        watch.end(gone->clock, at, thing_of(key, gone->section_number));
         --clock_count;
     }
+    clocks.erase(above, clocks.end());
 }
 
 void table_repetition::finish(const moment &end, const watched_thing &missing)
 {
     if (tables.empty() && awaited == awaited_sections::of_one_table) watch.end_absent({}, end, missing);
-    for (auto &[key, clocks] : tables)
-        for (auto &[number, clock] : clocks) watch.end(clock, end, thing_of(key, number));
+    std::map<table_key, table_clocks *> in_order;
+    for (auto &[key, clocks] : tables) in_order.emplace(key, &clocks);
+    for (const auto &[key, clocks] : in_order)
+        for (numbered_clock &one : *clocks) watch.end(one.clock, end, thing_of(key, one.section_number));
 }

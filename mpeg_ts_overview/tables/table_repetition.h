@@ -7,8 +7,8 @@
 #include "mpeg_ts_overview/tables/table_key.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 /// So many sections of the tables of one kind are watched, each section_number by itself; more of those of
@@ -16,11 +16,12 @@
 constexpr uint64_t repetition_clock_limit = 65536;
 constexpr uint64_t arrival_clock_limit = 262144;
 
-/// Which sections are waited for, and since when.
+/// Which sections are waited for: those of a table's first version from the start on, further ones of a new
+/// version from then on.
 enum class awaited_sections {
-    of_one_table,   ///< since the start: it has to be there, and is the same whatever its sections call it
-    of_each_table,  ///< since the first section of the table: only where it is present
-    that_have_come, ///< since each came: not every number up to the last has to be there
+    of_one_table,   ///< it has to be there, and is the same whatever its sections call it
+    of_each_table,  ///< of each that is present
+    that_have_come, ///< not every number up to the last has to be there
 };
 
 class table_repetition {
@@ -42,15 +43,23 @@ public:
     uint64_t sections_not_kept() const { return not_kept; }
 
 private:
-    using table_clocks = std::map<uint8_t, repetition_clock>; ///< by section_number
+    struct numbered_clock {
+        uint8_t section_number = 0;
+        repetition_clock clock;
+    };
+    /// Of one table, by section_number.
+    struct table_clocks : std::vector<numbered_clock> {
+        uint8_t first_version = 0;
+        bool has_other_versions = false;
+    };
 
     table_clocks *clocks_of(const table_section &section, const table_key &of_table);
-    bool make_room(table_clocks &clocks, const table_section &section);
+    static table_clocks::iterator first_from(table_clocks &clocks, size_t section_number);
     void forget_above(uint8_t last, const table_key &of_table, table_clocks &clocks, const moment &at);
 
     repetition_watch watch;
     awaited_sections awaited;
-    std::map<table_key, table_clocks> tables;
+    std::unordered_map<table_key, table_clocks, table_key_hash> tables;
     uint64_t clock_count = 0;
     uint64_t not_kept = 0;
 };

@@ -30,33 +30,39 @@ table_facts row_for(const table_key &key)
 
 } // namespace
 
+size_t table_rows::number_hash::operator()(uint64_t number) const
+{
+    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
+    return static_cast<size_t>(number * spread >> 32);
+}
+
 void table_rows::on_section(const table_section &section, const table_key &of_table)
 {
-    auto place = row_of.find(of_table);
-    if (place == row_of.end()) {
+    const uint32_t *place = row_of.find(of_table);
+    if (place == nullptr) {
         if (tables.rows.size() == table_row_limit) {
             ++tables.not_kept;
             return;
         }
-        place = row_of.emplace(of_table, static_cast<uint32_t>(tables.rows.size())).first;
         tables.rows.push_back(row_for(of_table));
+        place = &(row_of[of_table] = static_cast<uint32_t>(tables.rows.size()));
     }
-    table_facts &row = tables.rows[place->second];
+    table_facts &row = tables.rows[*place - 1];
     ++row.sections;
     if (!is_current(section)) return;
     if (is_long(section)) note_version(row, section);
 
-    const std::pair<uint32_t, uint8_t> number(place->second, section.header.section_number);
-    const auto record = records.find(number);
+    const uint64_t number = uint64_t{*place} * 256 + section.header.section_number;
+    section_record *const record = records.find(number);
     const section_record now = {section.at.ticks, section.at.stretch, section.crc_32,
                                 section.header.version_number};
-    if (record != records.end()) {
-        compare(row, record->second, section);
-        record->second = now;
+    if (record != nullptr) {
+        compare(row, *record, section);
+        *record = now;
     } else if (records.size() == section_record_limit) {
         ++tables.not_kept;
     } else {
-        records.emplace(number, now);
+        records[number] = now;
     }
 }
 

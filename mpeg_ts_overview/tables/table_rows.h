@@ -3,13 +3,12 @@
 
 #include "mpeg_ts_overview/model/table_facts.h"
 #include "mpeg_ts_overview/model/violation_log.h"
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 #include "mpeg_ts_overview/tables/table_key.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <utility>
 
 constexpr uint64_t table_row_limit = 65536;
 constexpr uint64_t section_record_limit = 262144; ///< of one section_number each, of all rows together
@@ -39,6 +38,11 @@ private:
 
     tables_facts tables;
     violation_log changed;
-    std::map<table_key, uint32_t> row_of;
-    std::map<std::pair<uint32_t, uint8_t>, section_record> records; ///< by row and section_number
+    struct number_hash {
+        size_t operator()(uint64_t number) const;
+    };
+
+    flat_map<table_key, uint32_t, table_key_hash> row_of; ///< its number, from 1 on
+    /// By number of the row * 256 + section_number.
+    flat_map<uint64_t, section_record, number_hash> records;
 };

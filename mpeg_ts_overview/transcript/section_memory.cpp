@@ -43,8 +43,7 @@ uint64_t fingerprint_of(const table_section &section)
 
 section_record *section_memory::find(const table_section &section)
 {
-    const auto found = records.find(key_of(section));
-    return found == records.end() ? nullptr : &found->second;
+    return records.find(key_of(section));
 }
 
 section_record *section_memory::find_or_add(const table_section &section)

@@ -1,11 +1,11 @@
 // What each table said last, section by section: to know a repetition without looking into it.
 #pragma once
 
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 
 constexpr size_t section_memory_limit = 262144;
 
@@ -20,7 +20,8 @@ uint64_t fingerprint_of(const table_section &section);
 
 class section_memory {
 public:
-    /// The record of the same section_number of the same table, or null when none was added.
+    /// The record of the same section_number of the same table, or null when none was added. Records move
+    /// when one is added.
     section_record *find(const table_section &section);
 
     /// The record, added where there is none; null when there is no room.
@@ -39,5 +40,5 @@ private:
     };
     static key key_of(const table_section &section);
 
-    std::unordered_map<key, section_record, key_hash> records;
+    flat_map<key, section_record, key_hash> records;
 };

@@ -14,6 +14,7 @@ struct shells : testing::TestWithParam<const char *> {
 
     std::string analysis(const std::string &line) { return shell->arguments_of("mpeg_ts_analysis " + line); }
     std::string overview(const std::string &line) { return shell->arguments_of("mpeg_ts_overview " + line); }
+    std::string archive(const std::string &line) { return shell->arguments_of("mpeg_ts_archive " + line); }
 
     completion_folder folder;
     std::unique_ptr<interactive_shell> shell;
@@ -82,4 +83,13 @@ TEST_P(shells, files_of_the_overview_are_those_named_like_transport_streams)
     EXPECT_EQ(overview("cl\t"), "|clip.M2TS");
     EXPECT_EQ(overview("--text n\t"), "|--text|night.mts");
     EXPECT_EQ(overview("not\t"), "|notes.txt");
+}
+
+TEST_P(shells, a_command_of_the_archive_is_finished_and_its_options)
+{
+    EXPECT_EQ(archive("cat\t --ht\t"), "|catalogue|--html");
+    // zsh takes the slash away.
+    EXPECT_EQ(archive("plan --suf\t .ts recor\t").find("|plan|--suffix|.ts|recordings"), 0u);
+    EXPECT_EQ(archive("run --slu\t"), "|run|--slurm");
+    EXPECT_EQ(archive("--vers\t"), "|--version");
 }

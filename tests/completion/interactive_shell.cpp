@@ -65,7 +65,7 @@ completion_folder::completion_folder()
 
     const std::string completions = COMPLETIONS_PATH;
     std::filesystem::create_directory(path + "/bin");
-    for (const std::string program : {"mpeg_ts_analysis", "mpeg_ts_overview"}) {
+    for (const std::string program : {"mpeg_ts_analysis", "mpeg_ts_overview", "mpeg_ts_archive"}) {
         add_to_file(path + "/bashrc", "source '" + completions + "/" + program + ".bash'\n");
         add_to_file(path + "/fishrc", "source '" + completions + "/" + program + ".fish'\n");
         // What it has been called with is moved to its place when it is complete.

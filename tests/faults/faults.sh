@@ -190,7 +190,7 @@ growing_file() {
 # What has been found until the signal comes is in the report.
 terminated() {
     mkfifo pipe
-    sleep 30 >pipe &
+    sleep 300 >pipe &
     sleeper=$!
     "$program" pipe >report 2>errors &
     analyser=$!

@@ -59,6 +59,18 @@ if grep -q '^WITH_OVERVIEW:BOOL=ON' "$build/CMakeCache.txt"; then
             grep -qE -- "(^|[^a-z_-])-{0,2}$word([^a-z_-]|$)" "$root/share/$completion" || fail "$completion does not offer $word"
         done
     done
+    # And with mpeg_ts_archive, whose options are those of its commands.
+    for command in plan run status catalogue; do
+        "$root/bin/mpeg_ts_archive" "$command" --help >"$scratch/help" || fail "mpeg_ts_archive $command --help fails"
+        for word in $command $(grep -oE -- '--[a-z]+' "$scratch/help" | sed 's/^--//' | sort -u); do
+            grep -qE -- "(Fl -|Cm |Ar |Fl )$word( |$)" "$root/share/man/man1/mpeg_ts_archive.1" || [ "$word" = help ] ||
+                fail "its manual does not explain $word"
+            for completion in bash-completion/completions/mpeg_ts_archive zsh/site-functions/_mpeg_ts_archive \
+                fish/vendor_completions.d/mpeg_ts_archive.fish; do
+                grep -qE -- "(^|[^a-z-])-{0,2}$word([^a-z-]|$)" "$root/share/$completion" || fail "$completion does not offer $word"
+            done
+        done
+    done
     "$root/bin/mpeg_ts_overview" "$source/samples/encoder.ts" >"$scratch/summary" || fail "mpeg_ts_overview does not run"
     "$root/bin/mpeg_ts_overview" --json="$scratch/out.json" "$source/samples/encoder.ts" || fail "it writes no JSON"
     [ -s "$scratch/summary" ] || fail "its summary is empty"

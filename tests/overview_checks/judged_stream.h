@@ -16,8 +16,8 @@ class judged_stream : public table_stream {
 public:
     explicit judged_stream(const limits &values = {}, bool is_whole_multiplex = false)
         : table_stream(values, is_whole_multiplex), other_limits(values), whole_multiplex(is_whole_multiplex),
-          absence(tables->times(), values.pid_absence_ticks.value_or(ticks_at(5))), pcr(100 * ms_ticks, 500),
-          time_stamps(700 * ms_ticks)
+          absence(tables->times(), values.pid_absence_ticks.value_or(ticks_at(5))),
+          pcr(tables->times(), 100 * ms_ticks, 500), time_stamps(clocks, tables->times(), 700 * ms_ticks)
     {
     }
 
@@ -105,6 +105,7 @@ public:
     continuity_meter continuity;
     absence_meter absence;
     pcr_meter pcr;
+    program_clocks clocks;
     time_stamp_meter time_stamps;
     overview found;
     recording_end end;

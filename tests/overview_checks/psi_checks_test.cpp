@@ -327,6 +327,27 @@ TEST_F(pmt_check, the_clock_ends_with_the_pat_that_lists_the_program_no_more)
     EXPECT_EQ(late.verdict("1.5a"), "fail 1");
 }
 
+TEST_F(pmt_check, a_program_that_moves_to_another_section_of_the_pat_stays_listed)
+{
+    section_fields second;
+    second.section_number = second.last_section_number = 1;
+    const bytes in_the_second = pat_section(1,
+                                            {
+                                                {1, 0x100}
+    },
+                                            second);
+    const bytes in_the_only_one = pat_section(1,
+                                              {
+                                                  {1, 0x100}
+    },
+                                              {1});
+    judged_stream stream;
+    stream.section(0, 0, in_the_second).section(0.1, 0x100, pmt_of_one());
+    stream.section(0.4, 0, in_the_only_one).section(0.7, 0x100, pmt_of_one()).judge_at(0.8);
+    EXPECT_EQ(stream.verdict("1.5a"), "fail 1");
+    EXPECT_EQ(stream.row("1.5a").log.details.at(0).text, "no PMT of 0x0001 for 600 ms");
+}
+
 TEST_F(pmt_check, a_program_without_a_packet_on_its_pmt_pid_is_absent)
 {
     judged_stream stream;

@@ -72,7 +72,7 @@ TEST_F(si_check, what_never_comes_is_one_fault_at_the_end_however_often_time_bre
     EXPECT_EQ(whole.verdict("3.8"), "fail 1");
     EXPECT_EQ(whole.row("3.8").log.first.ticks, ticks_at(70));
     EXPECT_EQ(whole.row("3.8").log.details.at(0).text, "no TDT at all");
-    EXPECT_FALSE(whole.row("3.8").log.worst);
+    EXPECT_EQ(whole.row("3.8").log.worst, 31) << "the longest of its pieces";
     judged_stream shorter({}, true);
     shorter.section(0, 0x12, eit_of(0x4E, 1, 0)).time_break(29, 31).time_break(59, 63).judge_at(70);
     EXPECT_EQ(shorter.verdict("3.8"), "recording shorter than the limit");
@@ -180,7 +180,7 @@ struct optional_si_check : si_check {
     static std::string verdict_on(unsigned pid, const bytes &table, double interval)
     {
         judged_stream stream;
-        stream.section(50, pid, table).section(50 + interval, pid, table).judge_at(51 + interval);
+        stream.section(1, pid, table).section(1 + interval, pid, table).judge_at(2 + interval);
         return stream.verdict("3.2");
     }
 };
@@ -222,18 +222,38 @@ TEST_F(optional_si_check, what_stays_away_to_the_end_fails)
     EXPECT_EQ(stream.verdict("3.2"), "fail 1");
 }
 
-TEST_F(optional_si_check, a_table_is_waited_for_from_its_first_section_on)
+TEST_F(optional_si_check, a_table_that_is_present_is_waited_for_from_the_start_on)
 {
-    stream.section(0, 0x10, nit_section())
-        .section(50, 0x11, long_section(0x4A, 1, hex("F000 F000")))
-        .judge_at(60);
+    const bytes bat = long_section(0x4A, 1, hex("F000 F000"));
+    stream.section(0, 0x10, nit_section()).section(10.5, 0x11, bat).judge_at(12);
     EXPECT_EQ(stream.verdict("3.2"), "pass");
+    judged_stream late;
+    late.section(0, 0x10, nit_section()).section(10.6, 0x11, bat).judge_at(12);
+    EXPECT_EQ(late.verdict("3.2"), "fail 1");
+    EXPECT_DOUBLE_EQ(*late.row("3.2").log.worst, 10.6);
+}
+
+TEST_F(optional_si_check, numbers_of_the_schedule_are_waited_for_from_the_start_on_in_its_first_version)
+{
+    limits values;
+    values.eit_schedule_ticks = ticks_at(30);
+    for (const unsigned version : {0u, 1u}) {
+        section_fields fields;
+        fields.version_number = version;
+        fields.section_number = 8;
+        fields.last_section_number = 8;
+        judged_stream judged(values);
+        judged.section(0, 0x12, long_section(0x50, 1, hex("0001 0001 08 50")));
+        judged.section(31, 0x12, long_section(0x50, 1, hex("0001 0001 08 50")));
+        judged.section(32, 0x12, long_section(0x50, 1, hex("0001 0001 08 50"), fields)).judge_at(40);
+        EXPECT_EQ(judged.verdict("3.2"), version == 0 ? "fail 1" : "pass");
+    }
 }
 
 TEST_F(optional_si_check, bouquets_are_waited_for_each)
 {
     stream.every(5, 0, 30, 0x11, long_section(0x4A, 1, hex("F000 F000")));
-    stream.section(30, 0x11, long_section(0x4A, 2, hex("F000 F000"))).judge_at(34);
+    stream.every(10, 9, 30, 0x11, long_section(0x4A, 2, hex("F000 F000"))).judge_at(34);
     EXPECT_EQ(stream.verdict("3.2"), "pass");
     judged_stream longer;
     longer.section(0, 0x11, long_section(0x4A, 2, hex("F000 F000")));
@@ -251,6 +271,14 @@ TEST_F(optional_si_check, a_table_in_a_short_recording_is_not_measured)
 {
     stream.section(0, 0x11, long_section(0x4A, 1, hex("F000 F000"))).judge_at(9.9);
     EXPECT_EQ(stream.verdict("3.2"), "recording shorter than the limit");
+}
+
+TEST_F(optional_si_check, what_is_not_measured_has_no_worst)
+{
+    stream.every(5, 0, 20, 0x11, long_section(0x4A, 1, hex("F000 F000")));
+    stream.section(0, 0x12, eit_of(0x4F, 1, 0)).judge_at(19);
+    EXPECT_EQ(stream.verdict("3.2"), "recording shorter than the limit");
+    EXPECT_FALSE(stream.row("3.2").log.worst);
 }
 
 TEST_F(optional_si_check, eit_schedule_is_shown_and_not_judged)
@@ -418,6 +446,21 @@ TEST_F(eit_check, the_clock_starts_with_the_flag_and_ends_with_it)
                        {1}));
     stream.judge_at(20);
     EXPECT_EQ(stream.verdict("3.6a"), "pass");
+}
+
+TEST_F(eit_check, a_pmt_that_moves_to_another_pid_leaves_the_service_waited_for)
+{
+    begin(stream);
+    stream.section(0, 0x12, eit_of(0x4E, 1, 0)).section(0, 0x12, eit_of(0x4E, 1, 1));
+    stream.section(2, 0,
+                   pat_section(1,
+                               {
+                                   {1, 0x200}
+    },
+                               {1}));
+    stream.section(4, 0x12, eit_of(0x4E, 1, 0)).section(4, 0x12, eit_of(0x4E, 1, 1)).judge_at(5);
+    EXPECT_EQ(stream.verdict("3.6a"), "fail 2");
+    EXPECT_DOUBLE_EQ(*stream.row("3.6a").log.worst, 4);
 }
 
 TEST_F(eit_check, a_service_that_leaves_the_pat_is_waited_for_no_more)

@@ -50,7 +50,8 @@ TEST(codec_details_text, a_profile_has_its_level_behind_it)
     details.level = "4.0";
     EXPECT_EQ(codec_details_text(details), "Main@4.0");
     details.name = "MPEG-2 video";
-    EXPECT_EQ(codec_details_text(details), "");
+    details.level = "High";
+    EXPECT_EQ(codec_details_text(details), "Main@High");
     details.profile = "4:2:2";
     details.level = "High";
     EXPECT_EQ(codec_details_text(details), "4:2:2@High");

@@ -62,9 +62,9 @@ std::string found_with(const fields &f)
 TEST(codec_mpeg_video, headers_of_an_encoder_are_read)
 {
     EXPECT_EQ(found_in(hex("000001b35002d033ffffe340000001b5146a00010000000001b800080040")),
-              "MPEG-2 video | 1280x720 25p | Main | High 1440");
+              "MPEG-2 video | 1280x720 25p Main@High 1440 | Main | High 1440");
     EXPECT_EQ(found_in(hex("000001b32d01e014ffffe018000001b5148200010000000001b800080040")),
-              "MPEG-2 video | 720x480 29.97i | Main | Main");
+              "MPEG-2 video | 720x480 29.97i Main@Main | Main | Main");
     EXPECT_EQ(found_in(hex("000001b378043833ffffe018000001b5182400010000000001b800080040")),
               "MPEG-2 video | 1920x1080 25i 4:2:2@High | 4:2:2 | High");
     EXPECT_EQ(found_in(hex("000001b316012013ffffe018000001b80008004000000100000ffff80000")),
@@ -78,7 +78,7 @@ TEST(codec_mpeg_video, quantiser_matrices_are_stepped_over)
             fields f;
             f.has_intra = has_intra;
             f.has_non_intra = has_non_intra;
-            EXPECT_EQ(found_with(f), "MPEG-2 video | 720x576 25i | Main | Main")
+            EXPECT_EQ(found_with(f), "MPEG-2 video | 720x576 25i Main@Main | Main | Main")
                 << has_intra << has_non_intra;
         }
 }
@@ -90,9 +90,9 @@ TEST(codec_mpeg_video, every_frame_rate_has_its_code)
         fields f;
         f.frame_rate_code = code;
         const bool is_rate = code >= 1 && code <= 8;
-        EXPECT_EQ(found_with(f),
-                  is_rate ? std::string("MPEG-2 video | 720x576 ") + rates[code - 1] + "i | Main | Main"
-                          : "nothing");
+        EXPECT_EQ(found_with(f), is_rate ? std::string("MPEG-2 video | 720x576 ") + rates[code - 1] +
+                                               "i Main@Main | Main | Main"
+                                         : "nothing");
     }
 }
 
@@ -104,7 +104,7 @@ TEST(codec_mpeg_video, the_extension_widens_size_and_rate)
     f.rate_n = 1;
     f.rate_d = 4;
     f.progressive = 1;
-    EXPECT_EQ(found_with(f), "MPEG-2 video | 7680x4320 10p | Main | Main");
+    EXPECT_EQ(found_with(f), "MPEG-2 video | 7680x4320 10p Main@Main | Main | Main");
 }
 
 TEST(codec_mpeg_video, profiles_and_levels_have_names)
@@ -164,7 +164,7 @@ TEST(codec_mpeg_video, the_first_good_header_counts)
     bad.aspect_ratio = 0;
     EXPECT_EQ(found_in(join({sequence_header(bad), sequence_extension({}), hex("FF 00 00"),
                              sequence_header({}), sequence_extension({})})),
-              "MPEG-2 video | 720x576 25i | Main | Main");
+              "MPEG-2 video | 720x576 25i Main@Main | Main | Main");
 }
 
 TEST(codec_mpeg_video, a_cut_header_gives_nothing_wrong)

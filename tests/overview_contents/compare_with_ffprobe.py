@@ -58,7 +58,7 @@ def expected(stream):
         details += f" {stream['profile']}@{stream['level'] / 10:.1f}"
     if stream["codec_name"] == "hevc":
         details += f" {stream['profile']}@{stream['level'] / 30:.1f}"
-    if stream["codec_name"] == "mpeg2video" and stream["profile"] != "Main":
+    if stream["codec_name"] == "mpeg2video":
         level = {2: "High", 4: "High", 5: "Main", 6: "High 1440", 8: "Main"}[stream["level"]]
         details += f" {stream['profile']}@{level}"
     return details

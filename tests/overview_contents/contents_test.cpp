@@ -9,7 +9,8 @@
 struct contents_found : testing::Test {
     pid_directory directory;
     program_map map{directory};
-    recording_contents contents{directory, map};
+    program_clocks clocks;
+    recording_contents contents{directory, map, clocks};
 
     void receive(unsigned pid, const bytes &data, const moment &at = {})
     {
@@ -185,7 +186,7 @@ TEST_F(contents_found, a_cue_has_the_clock_of_its_program)
     packet.pid = 0x100;
     packet.PCR = 0;
     packet.at = at_packet(10, 1);
-    contents.on_packet(packet, {});
+    clocks.on_packet(packet, {});
     receive(0x105, splice_section(0x06, splice_time(5 * 90000)), at_packet(20, 3));
     const overview result = found();
     ASSERT_EQ(result.cues.cues.size(), 1u);

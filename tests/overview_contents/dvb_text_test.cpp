@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <random>
 
-#include "tests/overview_contents/well_formed.h"
 #include "tests/support/hex.h"
+#include "tests/support/well_formed.h"
 
 namespace {
 

@@ -87,6 +87,34 @@ TEST_F(program_clock_of, without_times_it_is_known_in_the_packet_of_a_PCR_only)
     EXPECT_EQ(clocks.at(clock_pid, without_time), std::nullopt);
 }
 
+TEST_F(program_clock_of, the_indicator_and_leaps_of_more_than_100_ms_are_discontinuities)
+{
+    ts_packet flagged = packet_with(std::nullopt, at_second(1));
+    flagged.discontinuity_indicator = true;
+    clocks.on_packet(flagged, {});
+    pcr(500, at_second(2));
+    pcr(500 + ticks_per_second / 10, at_second(3));
+    EXPECT_EQ(clocks.discontinuities_of(clock_pid), 0u);
+    EXPECT_EQ(clocks.discontinuities_of(std::nullopt), 0u);
+    pcr(501 + ticks_per_second / 5, at_second(4));
+    EXPECT_EQ(clocks.discontinuities_of(clock_pid), 1u);
+    pcr(500, at_second(5));
+    EXPECT_EQ(clocks.discontinuities_of(clock_pid), 2u);
+
+    flagged.PCR = 7 * ticks_per_second; // a leap that was announced is one discontinuity
+    clocks.on_packet(flagged, {});
+    EXPECT_EQ(clocks.discontinuities_of(clock_pid), 3u);
+    EXPECT_EQ(clocks.discontinuities_of(0x0102), 0u);
+}
+
+TEST_F(program_clock_of, the_null_pid_is_no_clock)
+{
+    ts_packet null_packet = packet_with(500, at_second(2));
+    null_packet.pid = mpeg_ts_padding_pid;
+    clocks.on_packet(null_packet, {});
+    EXPECT_EQ(clocks.at(mpeg_ts_padding_pid, at_second(2)), std::nullopt);
+}
+
 TEST_F(program_clock_of, duplicates_and_packets_with_errors_say_nothing)
 {
     pcr(500, at_second(2));

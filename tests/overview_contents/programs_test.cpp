@@ -145,6 +145,44 @@ TEST_F(programs_described, the_header_names_the_codec_and_gives_its_details)
     EXPECT_EQ(programs[0].streams[0].details, "48 kHz 2 ch 192 kbit/s");
 }
 
+TEST_F(programs_described, descriptors_tell_the_details_where_no_header_came)
+{
+    receive(pmt_section(1, 0x100,
+                        {
+    },
+                        {{0x02, 0x100, descriptor(0x02, hex("1A 48 5F"))},
+                         {0x04, 0x101, descriptor(0x03, hex("67"))},
+                         {0x81, 0x102, descriptor(0x81, hex("08 28 05"))}}));
+    add_program(1, 0x100, 0x02);
+    for (const unsigned pid : {0x101u, 0x102u})
+        programs[0].streams.emplace_back().pid = static_cast<uint16_t>(pid);
+    describe();
+    EXPECT_EQ(programs[0].streams[0].name, "MPEG-2 video");
+    EXPECT_EQ(programs[0].streams[0].details, "25 fps Main@Main");
+    EXPECT_EQ(programs[0].streams[1].name, "MPEG-1 audio layer II");
+    EXPECT_EQ(programs[0].streams[1].details, "");
+    EXPECT_EQ(programs[0].streams[2].name, "AC-3");
+    EXPECT_EQ(programs[0].streams[2].details, "48 kHz 2 ch 192 kbit/s");
+}
+
+TEST_F(programs_described, a_header_goes_before_a_descriptor)
+{
+    receive(pmt_section(1, 0x100,
+                        {
+    },
+                        {{0x04, 0x100, descriptor(0x03, hex("77"))}}));
+    headers.look_for(0x100, codec_family::mpeg_audio);
+    const bytes frame = join({hex("fffda404"), repeated(0x55, 572)});
+    const stream_builder stream = stream_builder().unit(0x100, pes_packet(0xC0, join({frame, frame})));
+    for (size_t i = 0; i < stream.packet_count(); ++i)
+        headers.on_packet(read_packet(stream.data().data() + 188 * i), {});
+    headers.on_end();
+    add_program(1, 0x100, 0x04);
+    describe();
+    EXPECT_EQ(programs[0].streams[0].name, "MPEG-1 audio layer II");
+    EXPECT_EQ(programs[0].streams[0].details, "48 kHz 2 ch 192 kbit/s");
+}
+
 TEST_F(programs_described, h_264_is_called_video_with_a_header_too)
 {
     receive(pmt_section(1, 0x100,

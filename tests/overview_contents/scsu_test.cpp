@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "tests/overview_contents/well_formed.h"
 #include "tests/support/hex.h"
+#include "tests/support/well_formed.h"
 
 namespace {
 

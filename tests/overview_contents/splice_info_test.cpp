@@ -165,6 +165,22 @@ TEST(splice_info, a_descriptor_beyond_the_loop_is_not_read)
     EXPECT_TRUE(cue_of(splice_section(0x06, splice_time(3), descriptors)).segmentations.empty());
 }
 
+TEST(splice_info, a_command_that_the_section_cuts_short_says_nothing)
+{
+    bytes cut = insert_with_break;
+    while (cut.size() > 1) {
+        cut.pop_back();
+        const cue found = cue_of(splice_section(0x05, cut));
+        EXPECT_EQ(found.command, "splice_insert");
+        // Behind the command stands the length of the descriptors, two bytes.
+        if (cut.size() + 2 >= insert_with_break.size()) continue;
+        EXPECT_EQ(found.splice_event_id, std::nullopt) << cut.size();
+        EXPECT_EQ(found.pts_time, std::nullopt) << cut.size();
+        EXPECT_EQ(found.break_duration, std::nullopt) << cut.size();
+    }
+    EXPECT_EQ(cue_of(splice_section(0x06, hex("FE"))).pts_time, std::nullopt);
+}
+
 TEST(splice_info, any_bytes_are_read_within_their_bounds)
 {
     std::mt19937 random(1);

@@ -3,6 +3,7 @@ add_tests_of(overview_contents
     atsc_text_test.cpp
     character_table_test.cpp
     codec_audio_test.cpp
+    codec_descriptors_test.cpp
     codec_details_text_test.cpp
     codec_h264_test.cpp
     codec_hevc_test.cpp
@@ -30,3 +31,10 @@ add_tests_of(overview_contents
     teletext_units_test.cpp
     utf8_text_test.cpp)
 target_link_libraries(overview_contents_tests PRIVATE overview_contents)
+
+# What the first headers say, against another reader of them.
+add_test(NAME overview_contents.details_are_those_of_ffprobe
+         COMMAND python3 "${CMAKE_CURRENT_SOURCE_DIR}/overview_contents/compare_with_ffprobe.py"
+                 $<TARGET_FILE:mpeg_ts_overview>)
+set_tests_properties(overview_contents.details_are_those_of_ffprobe
+                     PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900)

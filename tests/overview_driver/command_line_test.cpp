@@ -90,7 +90,22 @@ TEST(command_line, an_output_names_its_file_behind_an_equals_sign)
     EXPECT_EQ(refusal_of({"--json", "a.ts"}), "--json: no file is named; it stands behind '='");
     EXPECT_EQ(refusal_of({"--html", "a.ts", "b.ts"}), "--html: no file is named; it stands behind '='");
     EXPECT_EQ(refusal_of({"--json=", "a.ts"}), "--json=: nothing stands behind '='");
-    EXPECT_EQ(refusal_of({"--json=x", "--html=x", "a.ts"}), "--json and --html: both are 'x'");
+}
+
+TEST(command_line, two_outputs_do_not_take_each_others_place)
+{
+    const char *const refusal = "--json and --html: both are 'x'";
+    EXPECT_EQ(refusal_of({"--json=x", "--html=x", "a.ts"}), refusal);
+    EXPECT_EQ(refusal_of({"--json=x", "--html=./x", "a.ts"}), refusal);
+    EXPECT_EQ(refusal_of({"--json=x", "--html=missing/../x", "a.ts"}), refusal);
+    EXPECT_EQ(options_of({"--json=x", "--html=missing/x", "a.ts"}).html, "missing/x");
+    EXPECT_EQ(options_of({"--json=/dev/null", "--html=/dev/null", "a.ts"}).html, "/dev/null");
+}
+
+TEST(command_line, messages_leave_out_the_controls_of_an_argument)
+{
+    EXPECT_EQ(refusal_of({"a.ts", "b\x1B[31m\n\xC2\x9B.ts"}),
+              "The following argument was not expected: b[31m.ts");
 }
 
 TEST(command_line, check_has_priorities_behind_an_equals_sign_only)

@@ -159,6 +159,17 @@ TEST_F(output_files, a_symbolic_link_stays_and_what_it_names_is_written)
     EXPECT_EQ(contents(folder / "nothing yet"), "text");
 }
 
+TEST_F(output_files, what_a_symbolic_link_names_is_kept_until_something_is_written)
+{
+    put(folder / "target", "before");
+    fs::create_symlink("target", folder / "link");
+    {
+        output_file unfinished;
+        EXPECT_TRUE(unfinished.open(folder / "link", {}));
+    }
+    EXPECT_EQ(contents(folder / "target"), "before");
+}
+
 TEST_F(output_files, a_named_pipe_is_written_in_place)
 {
     const fs::path path = folder / "pipe";

@@ -1,8 +1,10 @@
 add_tests_of(overview_driver
     command_line_test.cpp
+    interrupt_test.cpp
     limit_value_test.cpp
     output_file_test.cpp
-    overview_of_test.cpp)
+    overview_of_test.cpp
+    transcript_in_overview_test.cpp)
 target_link_libraries(overview_driver_tests PRIVATE overview_driver)
 target_compile_definitions(overview_driver_tests PRIVATE "OVERVIEW_VERSION=\"${PROJECT_VERSION}\"")
 

@@ -1,78 +1,15 @@
 #!/usr/bin/env python3
-"""The overview among things that go wrong around it: overview_faults.py PROGRAM RECORDING CASE
-
-RECORDING is a file of transport packets whose JSON is longer than 4096 bytes.
-"""
-import fcntl
+"""The outputs and the end of the overview when things go wrong around it: overview_faults.py PROGRAM RECORDING CASE"""
 import json
 import os
 import resource
 import signal
 import stat
 import subprocess
-import sys
-import tempfile
 import time
 
-PROGRAM, RECORDING = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
-
-
-def run(*options, **how):
-    how.setdefault("stdout", subprocess.PIPE)
-    how.setdefault("timeout", 60)
-    return subprocess.run([PROGRAM, *options], stderr=subprocess.PIPE, check=False, **how)
-
-
-def expect_status(done, status, words=b""):
-    assert done.returncode == status, (done.returncode, done.stderr)
-    assert words in done.stderr, done.stderr
-
-
-def contents(path):
-    with open(path, "rb") as file:
-        return file.read()
-
-
-def write(path, content):
-    with open(path, "wb") as file:
-        file.write(content)
-
-
-def expect_files(*names):
-    assert sorted(os.listdir(".")) == sorted(names), os.listdir(".")
-
-
-def packet(pid, counter):
-    return bytes([0x47, pid >> 8, pid & 0xFF, 0x10 | counter % 16]) + bytes([0x11]) * 184
-
-
-def small_pipe():
-    """Both ends of a pipe that holds 4096 bytes."""
-    reading, writing = os.pipe()
-    fcntl.fcntl(writing, getattr(fcntl, "F_SETPIPE_SZ", 1031), 4096)
-    return reading, writing
-
-
-def wait_for(condition):
-    for _ in range(600):
-        if condition():
-            return
-        time.sleep(0.05)
-    raise AssertionError("it never happened")
-
-
-def unfinished():
-    return [name for name in os.listdir(".") if name.startswith(".mpeg_ts_overview.")]
-
-
-def start_slow(*options, **how):
-    """The program on a pipe that has given the recording and stays open."""
-    how.setdefault("stdout", subprocess.DEVNULL)
-    running = subprocess.Popen([PROGRAM, *options, "-"], stdin=subprocess.PIPE, stderr=subprocess.PIPE, **how)
-    running.stdin.write(contents(RECORDING))
-    running.stdin.flush()
-    # All but what the pipe holds has been read, which is less than the half.
-    return running
+from surroundings import (PROGRAM, RECORDING, contents, expect_files, expect_status, packet, run, run_case, small_pipe,
+                          start_slow, unfinished, wait_for, write)
 
 
 def exit_statuses():
@@ -218,6 +155,31 @@ def termination():
     interrupt(signal.SIGTERM)
 
 
+def interrupt_before_any_packet():
+    # Nobody knows whether there are packets behind: nothing is written, nothing is said.
+    for sent in (signal.SIGINT, signal.SIGTERM):
+        write("out.json", b"before")
+        running = subprocess.Popen([PROGRAM, "--json=out.json", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        wait_for(unfinished)
+        time.sleep(0.5)
+        running.send_signal(sent)
+        assert running.wait(60) == -sent
+        assert running.stdout.read() == b"" and running.stderr.read() == b""
+        assert contents("out.json") == b"before"
+        expect_files("out.json")
+
+
+def interrupt_before_the_input_opens():
+    os.mkfifo("pipe")
+    running = subprocess.Popen([PROGRAM, "--json=out.json", "pipe"], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    time.sleep(1)
+    running.send_signal(signal.SIGINT)
+    assert running.wait(60) == -signal.SIGINT
+    assert running.stdout.read() == b"" and running.stderr.read() == b""
+    expect_files("pipe")
+
+
 def second_interrupt():
     # The JSON goes first, to a pipe that nobody reads; the page cannot become whole.
     reading, writing = small_pipe()
@@ -283,11 +245,8 @@ def constant_memory():
 
 CASES = [exit_statuses, outputs_are_renamed, what_is_replaced_stays_until_the_end, links_are_written_through,
          pipes_are_written_in_place, unwritable_folder, full_disk, file_size_limit, output_is_the_input,
-         nothing_found_replaces_nothing, interrupt, termination, second_interrupt, hang_up, closed_pipe,
-         standard_input, constant_memory]
+         nothing_found_replaces_nothing, interrupt, termination, interrupt_before_any_packet,
+         interrupt_before_the_input_opens, second_interrupt, hang_up, closed_pipe, standard_input, constant_memory]
 
 if __name__ == "__main__":
-    signal.signal(signal.SIGINT, signal.default_int_handler)  # a child would inherit that it is ignored
-    with tempfile.TemporaryDirectory() as work:
-        os.chdir(work)
-        {case.__name__: case for case in CASES}[sys.argv[3]]()
+    run_case(CASES)

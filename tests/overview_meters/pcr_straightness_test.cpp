@@ -19,8 +19,9 @@ struct straight_meter {
     void add_one(int64_t off)
     {
         ts_packet packet =
-            pcr_packet(pid, moment_at(static_cast<uint64_t>(number) * 10, number * time_step, stretch),
+            pcr_packet(clock, moment_at(static_cast<uint64_t>(number) * 10, number * time_step, stretch),
                        number * step + off);
+        stretches.see(packet.at);
         if (arrival_step != 0) packet.arrival_ticks = number * arrival_step;
         meter.on_packet(packet, {}, true);
         ++number;
@@ -31,8 +32,10 @@ struct straight_meter {
         return meter.finish(end, [](uint16_t) { return false; }).at(0);
     }
 
-    pcr_meter meter{100 * ms, 500};
+    time_stretches stretches{100 * ms};
+    pcr_meter meter{stretches, 100 * ms, 500};
     recording_end end{.at = {}, .constant_bitrate = true, .clock_pids = {}};
+    uint16_t clock = pid;
     int64_t number = 0;
     int64_t step = 10 * ms;
     int64_t time_step = 10 * ms;
@@ -54,6 +57,18 @@ TEST(pcr_straightness, pcrs_on_a_line_leave_nothing)
     EXPECT_STREQ(row.basis, "index");
     EXPECT_EQ(pcrs.meter.residuals().count, 0u);
     EXPECT_TRUE(pcrs.meter.residuals().worst);
+}
+
+TEST(pcr_straightness, pcrs_of_the_null_pid_are_measured_but_break_no_limit)
+{
+    straight_meter pcrs;
+    pcrs.clock = 0x1FFF;
+    pcrs.add(30);
+    pcrs.add_one(ms);
+    pcrs.add(30);
+    EXPECT_GT(pcrs.row().residual->max_ns, 900000);
+    EXPECT_EQ(pcrs.meter.residuals().count, 0u);
+    EXPECT_FALSE(pcrs.meter.residuals().worst);
 }
 
 TEST(pcr_straightness, a_pcr_that_is_off_by_more_than_the_limit_is_found)
@@ -196,6 +211,33 @@ TEST(pcr_straightness, pcrs_behind_the_last_packet_before_a_continuity_error_are
         EXPECT_EQ(row.residual_series.size(), last_before == 190 ? 1u : 0u);
         EXPECT_EQ(pcrs.meter.residuals().count, 0u);
     }
+}
+
+TEST(pcr_straightness, a_loss_that_shows_later_takes_pcrs_out_of_windows_that_have_closed)
+{
+    for (const uint64_t last_before : {189u, 190u, 600u}) {
+        straight_meter pcrs;
+        pcrs.add(20);     // up to packet 190
+        pcrs.add(15, 90); // late by a loss that shows later
+        pcrs.meter.on_disturbance();
+        pcrs.add(25, 90);
+        pcrs.meter.on_continuity_error(last_before);
+        pcrs.add(10, 90);
+        const pcr_facts row = pcrs.row();
+        EXPECT_EQ(row.residual_series.size(), last_before == 600 ? 2u : last_before == 190 ? 1u : 0u);
+        EXPECT_EQ(pcrs.meter.residuals().count > 0, last_before == 600);
+    }
+}
+
+TEST(pcr_straightness, windows_that_closed_long_ago_are_measured)
+{
+    straight_meter pcrs;
+    for (int i = 0; i < 60; ++i) {
+        pcrs.add(20);
+        pcrs.meter.on_disturbance();
+    }
+    pcrs.meter.on_continuity_error(0);
+    EXPECT_EQ(pcrs.row().residual_series.size(), 60 - waiting_point_limit / 20);
 }
 
 TEST(pcr_straightness, a_continuity_error_of_a_pid_without_a_packet_before_drops_the_window)

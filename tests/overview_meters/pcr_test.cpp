@@ -13,7 +13,11 @@ constexpr uint16_t pid = 0x100;
 
 /// A meter with the usual limits, and PCRs of program clocks.
 struct fed_meter {
-    void add(const ts_packet &packet) { meter.on_packet(packet, {}, program_clock); }
+    void add(const ts_packet &packet)
+    {
+        stretches.see(packet.at);
+        meter.on_packet(packet, {}, program_clock);
+    }
     void pcr(uint64_t packet, int64_t ticks, int64_t PCR)
     {
         add(pcr_packet(pid, moment_at(packet, ticks), PCR));
@@ -33,7 +37,8 @@ struct fed_meter {
         return rows.size() == 1 ? rows[0] : pcr_facts();
     }
 
-    pcr_meter meter{100 * ms, 500};
+    time_stretches stretches{100 * ms};
+    pcr_meter meter{stretches, 100 * ms, 500};
     bool program_clock = true;
     bool program_clock_at_end = false;
 };
@@ -165,7 +170,7 @@ TEST(pcr, a_copy_has_no_pcr_of_its_own_but_its_discontinuity_indicator_counts)
     EXPECT_EQ(row.discontinuities_flagged, 1u);
 }
 
-TEST(pcr, packets_with_transport_error_and_the_null_pid_give_nothing)
+TEST(pcr, packets_with_transport_error_give_nothing)
 {
     fed_meter fed;
     fed.pcr(0, 0, 0);
@@ -173,11 +178,21 @@ TEST(pcr, packets_with_transport_error_and_the_null_pid_give_nothing)
     broken.transport_error_indicator = true;
     fed.add(broken);
     fed.pcr(2, 40 * ms, 40 * ms);
-    for (uint64_t i = 0; i < 3; ++i) fed.add(pcr_packet(0x1FFF, moment_at(3 + i, 0), 0));
     const pcr_facts row = fed.row();
     EXPECT_EQ(row.pid, pid);
     EXPECT_EQ(row.count, 2u);
     EXPECT_EQ(row.discontinuities_flagged, 0u);
+}
+
+TEST(pcr, the_null_pid_with_two_pcrs_has_a_row_as_any_pid)
+{
+    fed_meter fed;
+    for (uint64_t i = 0; i < 3; ++i)
+        fed.add(pcr_packet(0x1FFF, moment_at(i, 0), static_cast<int64_t>(i) * ms));
+    const pcr_facts row = fed.row();
+    EXPECT_EQ(row.pid, 0x1FFF);
+    EXPECT_EQ(row.count, 3u);
+    EXPECT_EQ(row.interval_ticks.max, ms);
 }
 
 TEST(pcr, an_interval_falls_into_the_bucket_of_its_second_packet)
@@ -198,11 +213,11 @@ TEST(pcr, intervals_of_a_program_clock_are_held_against_the_limit)
     fed_meter fed;
     fed.pcr(0, 0, 0);
     fed.pcr(1, 0, 100 * ms);
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u);
-    EXPECT_TRUE(fed.meter.intervals().measured(false));
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 0u);
+    EXPECT_TRUE(fed.meter.intervals().is_measured(false));
     fed.pcr(2, 0, 200 * ms + 1);
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 1u);
-    EXPECT_EQ(fed.meter.intervals().log(false).details[0].text, "no PCR for 100.000037 ms");
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 1u);
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.details[0].text, "no PCR for 100.000037 ms");
     EXPECT_EQ(fed.meter.unflagged().details[0].text,
               "PCR leaps by 100.000037 ms without discontinuity_indicator");
 }
@@ -213,7 +228,7 @@ TEST(pcr, a_leap_back_is_told_as_one)
     fed.pcr(0, 0, 10 * ms);
     fed.pcr(1, 40 * ms, pcr_cycle_ticks - 20 * ms);
     EXPECT_EQ(fed.meter.unflagged().details[0].text, "PCR leaps by -30 ms without discontinuity_indicator");
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u); // 40 ms by the times
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 0u); // 40 ms by the times
 }
 
 TEST(pcr, a_leap_is_judged_when_the_pid_is_a_program_clock_where_it_shows)
@@ -228,9 +243,9 @@ TEST(pcr, a_leap_is_judged_when_the_pid_is_a_program_clock_where_it_shows)
     fed.pcr(2, 0, 1000 * ms);
     EXPECT_EQ(fed.meter.unflagged().count, 1u);
     EXPECT_TRUE(fed.meter.program_clock_measured());
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u) << "its clock begins here";
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 0u) << "its clock begins here";
     fed.pcr(3, 0, 1500 * ms);
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 1u);
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 1u);
     EXPECT_EQ(fed.meter.unflagged().count, 2u);
     EXPECT_EQ(fed.row().discontinuities_unflagged, 3u);
 }
@@ -240,12 +255,12 @@ TEST(pcr, the_wait_for_a_pcr_ends_where_no_pmt_names_the_pid_any_more)
     fed_meter fed;
     fed.pcr(0, 0, 0);
     fed.meter.on_program_clock_end(pid, moment_at(1, 100 * ms));
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u);
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 0u);
 
     fed_meter late;
     late.pcr(0, 0, 0);
     late.meter.on_program_clock_end(pid, moment_at(1, 101 * ms));
-    EXPECT_EQ(late.meter.intervals().log(false).count, 1u);
+    EXPECT_EQ(late.meter.intervals().findings(false).log.count, 1u);
 }
 
 TEST(pcr, the_first_pcr_comes_in_time_behind_the_pmt_that_asks_for_it)
@@ -254,7 +269,7 @@ TEST(pcr, the_first_pcr_comes_in_time_behind_the_pmt_that_asks_for_it)
         fed_meter fed;
         fed.meter.on_program_clock(pid, moment_at(0, 0));
         fed.pcr(1, wait, 0);
-        EXPECT_EQ(fed.meter.intervals().log(false).count, wait > 100 * ms ? 1u : 0u);
+        EXPECT_EQ(fed.meter.intervals().findings(false).log.count, wait > 100 * ms ? 1u : 0u);
         EXPECT_FALSE(fed.meter.program_clock_measured());
     }
 }
@@ -267,7 +282,7 @@ TEST(pcr, the_last_pcr_of_a_program_clock_is_near_the_end)
         fed.pcr(0, 0, 0);
         fed.pcr(1, 40 * ms, 40 * ms);
         fed.finish(moment_at(99, 141 * ms));
-        EXPECT_EQ(fed.meter.intervals().log(false).count, still_clock ? 1u : 0u);
+        EXPECT_EQ(fed.meter.intervals().findings(false).log.count, still_clock ? 1u : 0u);
     }
 }
 
@@ -277,7 +292,7 @@ TEST(pcr, a_pid_that_a_pmt_names_and_that_never_has_a_pcr_breaks_no_limit)
     fed.program_clock_at_end = true;
     fed.meter.on_program_clock(pid, moment_at(0, 0));
     EXPECT_TRUE(fed.finish(moment_at(99, 5000 * ms)).empty());
-    EXPECT_EQ(fed.meter.intervals().log(false).count, 0u);
+    EXPECT_EQ(fed.meter.intervals().findings(false).log.count, 0u);
 }
 
 TEST(pcr, there_are_256_rows_for_the_first_pids_with_two_pcrs_in_order_of_first_pcrs)

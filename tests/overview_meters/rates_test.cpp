@@ -239,6 +239,16 @@ TEST(rates, without_times_there_are_no_rates)
     EXPECT_FALSE(meter.last_packet_ticks());
 }
 
+TEST(rates, a_recording_of_no_duration_has_buckets_but_no_rates)
+{
+    rated_stream stream(0);
+    stream.add(0x100, 30);
+    const rates_facts rates = stream.finish();
+    EXPECT_EQ(rates.bucket_ticks, first_bucket_ticks); // other series have them too
+    EXPECT_FALSE(rates.whole.mean_bps);
+    EXPECT_TRUE(rates.whole.series_bps.empty());
+}
+
 TEST(rates, packets_without_a_time_are_in_no_bucket)
 {
     const no_times none(0, 100);

@@ -35,7 +35,12 @@ struct stamped_stream {
         return packet;
     }
 
-    void add(const ts_packet &packet) { meter.on_packet(packet, {}, role_of(packet.pid)); }
+    void add(const ts_packet &packet, const packet_sequence &sequence = {})
+    {
+        stretches.see(packet.at);
+        clocks.on_packet(packet, sequence);
+        meter.on_packet(packet, sequence, role_of(packet.pid));
+    }
     void unit(uint16_t pid, const moment &at, int64_t pts, int64_t dts = -1)
     {
         add(unit_start(pid, at, pes_packet(0xE0, {}, pts, dts)));
@@ -56,7 +61,9 @@ struct stamped_stream {
         return rows.size() == 1 ? rows[0] : time_stamp_facts();
     }
 
-    time_stamp_meter meter{700 * ms};
+    time_stretches stretches{100 * ms};
+    program_clocks clocks;
+    time_stamp_meter meter{clocks, stretches, 700 * ms};
     recording_end end;
     uint16_t pcr_pid = clock_pid;
     bool still_pictures = false;

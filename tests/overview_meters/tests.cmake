@@ -2,7 +2,6 @@ add_tests_of(overview_meters
     absence_test.cpp
     bucket_series_test.cpp
     continuity_test.cpp
-    interval_limit_test.cpp
     line_fit_test.cpp
     pcr_straightness_test.cpp
     pcr_test.cpp

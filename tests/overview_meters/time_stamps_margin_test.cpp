@@ -110,7 +110,7 @@ TEST(time_stamps_margin, copies_broken_packets_and_the_null_pid_are_no_clock)
 {
     stamped_stream s;
     const ts_packet clock = pcr_packet(clock_pid, moment_at(0, 0), 0);
-    s.meter.on_packet(clock, copy_of_the_packet_before(), {});
+    s.add(clock, copy_of_the_packet_before());
     ts_packet broken = clock;
     broken.transport_error_indicator = true;
     s.add(broken);

@@ -88,7 +88,7 @@ TEST(time_stamps, no_interval_lies_over_a_scrambled_packet)
         EXPECT_EQ(row.pts.arrival_interval_ticks.count, 1u);
         EXPECT_EQ(row.dts.arrival_interval_ticks.count, 1u);
         EXPECT_EQ(row.pts.arrival_interval_ticks.max, 40 * ms);
-        EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+        EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
     }
 }
 
@@ -107,7 +107,7 @@ TEST(time_stamps, no_interval_lies_over_a_time_break)
     s.unit(video_pid, moment_at(0, 0), 1000);
     s.unit(video_pid, moment_at(1, 800 * ms, 1), 2000);
     EXPECT_EQ(s.row().pts.arrival_interval_ticks.count, 0u);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
 }
 
 TEST(time_stamps, it_is_measured_only_while_a_pmt_makes_the_pid_video_or_audio)
@@ -121,7 +121,7 @@ TEST(time_stamps, it_is_measured_only_while_a_pmt_makes_the_pid_video_or_audio)
     const time_stamp_facts row = s.row();
     EXPECT_EQ(row.pts.count, 2u);
     EXPECT_EQ(row.pts.arrival_interval_ticks.count, 0u);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
 }
 
 TEST(time_stamps, the_wait_for_a_pts_ends_where_no_pmt_names_the_pid_any_more)
@@ -129,7 +129,7 @@ TEST(time_stamps, the_wait_for_a_pts_ends_where_no_pmt_names_the_pid_any_more)
     stamped_stream s;
     s.unit(video_pid, moment_at(0, 0), 1000);
     s.meter.on_unlisted(video_pid, moment_at(1, 701 * ms));
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 1u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 1u);
 }
 
 TEST(time_stamps, pts_arrive_every_700_ms_or_break_the_limit)
@@ -137,11 +137,11 @@ TEST(time_stamps, pts_arrive_every_700_ms_or_break_the_limit)
     stamped_stream s;
     s.unit(video_pid, moment_at(0, 5000 * ms), 1000); // nothing is asked before the first
     s.unit(video_pid, moment_at(1, 5700 * ms), 2000);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
-    EXPECT_TRUE(s.meter.pts_intervals().measured(false));
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
+    EXPECT_TRUE(s.meter.pts_intervals().is_measured(false));
     s.unit(video_pid, moment_at(2, 6400 * ms + 1), 3000);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 1u);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).details[0].text, "no PTS for 700.000037 ms");
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 1u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.details[0].text, "no PTS for 700.000037 ms");
 }
 
 TEST(time_stamps, behind_a_break_the_interval_starts_with_the_next_pts)
@@ -150,9 +150,9 @@ TEST(time_stamps, behind_a_break_the_interval_starts_with_the_next_pts)
     s.unit(video_pid, moment_at(0, 0), 1000);
     s.pcr(moment_at(1, 100 * ms, 1), 0);
     s.unit(video_pid, moment_at(2, 1000 * ms, 1), 2000);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
     s.unit(video_pid, moment_at(3, 1800 * ms, 1), 3000);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 1u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 1u);
 }
 
 TEST(time_stamps, still_pictures_are_in_no_hurry)
@@ -162,7 +162,7 @@ TEST(time_stamps, still_pictures_are_in_no_hurry)
     s.unit(video_pid, moment_at(0, 0), 1000);
     s.unit(video_pid, moment_at(1, 5000 * ms), 2000);
     EXPECT_EQ(s.finish(moment_at(9, 9000 * ms)).at(0).pts.arrival_interval_ticks.max, 5000 * ms);
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 0u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 0u);
 }
 
 TEST(time_stamps, the_piece_to_the_end_is_judged_for_streams_that_are_still_there)
@@ -170,13 +170,13 @@ TEST(time_stamps, the_piece_to_the_end_is_judged_for_streams_that_are_still_ther
     stamped_stream s;
     s.unit(video_pid, moment_at(0, 0), 1000);
     s.finish(moment_at(9, 701 * ms));
-    EXPECT_EQ(s.meter.pts_intervals().log(false).count, 1u);
+    EXPECT_EQ(s.meter.pts_intervals().findings(false).log.count, 1u);
 
     stamped_stream gone;
     gone.unit(video_pid, moment_at(0, 0), 1000);
     gone.end.at = moment_at(9, 701 * ms);
     gone.meter.finish(gone.end, [](uint16_t) { return stream_role(); });
-    EXPECT_EQ(gone.meter.pts_intervals().log(false).count, 0u);
+    EXPECT_EQ(gone.meter.pts_intervals().findings(false).log.count, 0u);
 }
 
 TEST(time_stamps, pts_that_go_back_are_reordered_and_no_fault)

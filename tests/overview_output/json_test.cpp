@@ -146,6 +146,8 @@ TEST(json, what_was_not_measured_is_null)
     EXPECT_EQ(json["pcr"][0]["residual_ns"].dump(), R"({"min":null,"max":null,"rms":null})");
     EXPECT_EQ(json["pcr"][0]["rate_offset_ppm"].dump(), R"({"min":null,"max":null})");
     EXPECT_EQ(json["time_stamps"][0]["margin_ms"], no_extent);
+    for (const char *key : {"late", "unrelated", "margin_series"})
+        EXPECT_EQ(json["time_stamps"][0][key], nullptr) << key;
     EXPECT_EQ(json["tables"]["rows"][0]["interval_ms"], no_extent);
     for (const char *key : {"pcr_pid", "service_name", "provider_name", "service_type", "channel"})
         EXPECT_EQ(json["programs"][0][key], nullptr) << key;
@@ -157,6 +159,18 @@ TEST(json, what_was_not_measured_is_null)
     for (const char *key : {"start_utc", "duration_s", "language", "present_from_s"})
         EXPECT_EQ(json["guide"]["events"][0][key], nullptr) << key;
     for (const char *key : {"first_s", "last_s"}) EXPECT_EQ(json["teletext"][0][key], nullptr) << key;
+}
+
+TEST(json, margins_that_were_all_good_or_all_unrelated_count_0_late_ones)
+{
+    overview found;
+    found.time_stamps.resize(2);
+    found.time_stamps[0].margin_ticks.add(1);
+    found.time_stamps[1].unrelated = 3;
+    const ordered_json json = parsed(found);
+    for (const ordered_json &row : json["time_stamps"]) EXPECT_EQ(row["late"], 0);
+    EXPECT_EQ(json["time_stamps"][0]["unrelated"], 0);
+    EXPECT_EQ(json["time_stamps"][1]["unrelated"], 3);
 }
 
 TEST(json, a_check_that_passes_counts_nothing_and_shows_its_worst)

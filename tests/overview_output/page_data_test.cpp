@@ -55,12 +55,30 @@ TEST(page_data, lists_end_when_their_budget_is_used_and_say_so)
     const auto same = [](const std::string &row) { return ordered_json(row); };
     lists.put("all", "letters", rows, 100, same);
     EXPECT_EQ(lists.unused_bytes(), 100U - 7 - 7 - 10 - 7);
-    lists.put("some", "letters", rows, 24, same); // as many as 7 + 7 + 10 bytes
+    lists.put_at_most("some", "letters", rows, 24, same); // as many as 7 + 7 + 10 bytes
+    EXPECT_EQ(lists.unused_bytes(), 100U - 7 - 7 - 10 - 7);
     out.end();
     const ordered_json value = ordered_json::parse(written);
     EXPECT_EQ(value["all"].size(), 4U);
     EXPECT_EQ(value["some"].size(), 3U);
     EXPECT_EQ(lists.notes(), std::vector<std::string>{"letters: 3 of 4 are on this page"});
+}
+
+TEST(page_data, a_list_takes_what_those_before_left)
+{
+    std::string written;
+    const std::function<bool(std::string_view)> write = [&](std::string_view text) {
+        written += text;
+        return true;
+    };
+    json_stream out(write);
+    page_lists lists(out);
+    const auto same = [](const std::string &row) { return ordered_json(row); };
+    lists.put("short", "letters", std::vector<std::string>{"abc"}, 21, same);
+    lists.put("long", "letters", std::vector<std::string>{"abc", "def", "ghi", "jkl"}, 7, same);
+    out.end();
+    EXPECT_EQ(ordered_json::parse(written)["long"].size(), 3U);
+    EXPECT_EQ(lists.unused_bytes(), 0U);
 }
 
 TEST(page_data, says_how_many_texts_were_cut)

@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/output/page.h"
 
 #include "mpeg_ts_overview/output/page_template.h"
+#include "page/building.h"
 #include "page/recordings.h"
 
 #include <nlohmann/json.hpp>
@@ -86,6 +87,37 @@ TEST(page, is_below_10_MB_with_more_of_everything_and_says_what_is_left_out)
     const nlohmann::json &events = data["guide"]["events"];
     ASSERT_LT(events.size(), 5000U);
     EXPECT_EQ(events[2]["title"], "on air");
+}
+
+TEST(page, is_below_10_MB_when_every_store_is_full)
+{
+    const std::string page = page_of(hostile_recording());
+    EXPECT_LT(page.size(), 10000000U);
+    const nlohmann::json data = data_of(page);
+    const std::string cuts = data["cuts"].dump();
+    for (const char *what :
+         {"programs: ", "PIDs: ", "rates of PIDs: ", "tables: ", "events of the guide: ", "cues: ",
+          "teletext pages: ", "sections of the transcript: ", "groups of faults: ", "PCRs over time: ",
+          "time stamps over time: ", "rates over time: "})
+        EXPECT_NE(cuts.find(what), std::string::npos) << what;
+    for (const char *list : {"cues", "teletext", "faults", "breaks"})
+        EXPECT_GT(data[list].size(), 50U) << list;
+    EXPECT_EQ(data["checks"].size(), 24U);
+    EXPECT_LE(data["transcript"].dump().size(), 1U << 20);
+}
+
+TEST(page, leaves_nothing_out_that_has_room)
+{
+    overview found = small_recording();
+    add_cues(found, 0x0150, 2000);
+    add_teletext(found, 0x0104, 2000, "Headlines: rain in the north");
+    for (unsigned number = 0; number < 4000; ++number)
+        add_table(found, 0x0012, 0x50, static_cast<uint16_t>(number), "EIT schedule", 10);
+    const nlohmann::json data = data_of(page_of(found));
+    EXPECT_EQ(data["cues"].size(), 2000U);
+    EXPECT_EQ(data["teletext"].size(), 2000U);
+    EXPECT_EQ(data["tables"]["rows"].size(), found.tables.rows.size());
+    EXPECT_TRUE(data["cuts"].empty());
 }
 
 TEST(page, never_has_markup_of_the_stream)

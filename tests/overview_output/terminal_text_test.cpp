@@ -40,6 +40,15 @@ TEST(terminal_text, columns_are_counted_not_bytes)
     EXPECT_EQ(columns_of("e\xCC\x81"), 1U);
 }
 
+TEST(terminal_text, pictures_fill_two_columns)
+{
+    EXPECT_EQ(columns_of("\xE2\xAD\x90"), 2U);     // U+2B50, a star
+    EXPECT_EQ(columns_of("\xE2\x9A\xBD"), 2U);     // U+26BD, a ball
+    EXPECT_EQ(columns_of("\xF0\x9F\x9A\x80"), 2U); // U+1F680, a rocket
+    EXPECT_EQ(columns_of("\xF0\x9F\xAA\x90"), 2U); // U+1FA90, a planet
+    EXPECT_EQ(columns_of("\xE2\x99\xA5"), 1U);     // U+2665, a heart of text
+}
+
 TEST(terminal_text, a_long_text_is_cut_between_characters)
 {
     EXPECT_EQ(cut_to("abcdef", 6), "abcdef");

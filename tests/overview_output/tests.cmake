@@ -1,5 +1,6 @@
 add_tests_of(overview_output
     figures_test.cpp
+    json_line_test.cpp
     json_test.cpp
     json_values_test.cpp
     page_data_test.cpp
@@ -19,6 +20,18 @@ add_test(NAME overview_output.schema
 add_test(NAME overview_output.streams
          COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_streams.sh"
                  "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:mpeg_ts_overview>
-                 "${CMAKE_BINARY_DIR}/generated/streams" "${CMAKE_SOURCE_DIR}/samples")
-set_tests_properties(overview_output.schema overview_output.streams PROPERTIES SKIP_RETURN_CODE 77)
+                 "" "${CMAKE_BINARY_DIR}/generated/streams" "${CMAKE_SOURCE_DIR}/samples")
+add_test(NAME overview_output.samples_without_times
+         COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_streams.sh"
+                 "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:mpeg_ts_overview>
+                 "--clock=none --not-atsc" "${CMAKE_SOURCE_DIR}/samples")
+add_test(NAME overview_output.samples_at_a_given_rate
+         COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_streams.sh"
+                 "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" $<TARGET_FILE:mpeg_ts_overview>
+                 "--bitrate=2000000 --whole-multiplex --limit eit_schedule=1s --atsc" "${CMAKE_SOURCE_DIR}/samples")
+add_test(NAME overview_output.explained
+         COMMAND python3 "${CMAKE_CURRENT_SOURCE_DIR}/overview_output/check_explained.py"
+                 "${CMAKE_SOURCE_DIR}/docs/overview.schema.json" "${CMAKE_SOURCE_DIR}/docs/overview.md")
+set_tests_properties(overview_output.schema overview_output.streams overview_output.samples_without_times
+                     overview_output.samples_at_a_given_rate PROPERTIES SKIP_RETURN_CODE 77)
 set_tests_properties(overview_output.streams PROPERTIES FIXTURES_REQUIRED golden_streams)

@@ -26,8 +26,18 @@ TEST(text, everything_at_once)
   other: 0x1FFF null packets 2.90 Mbit/s (16.1 %)
   tables: PAT 100 ms, PMT 100 ms, SDT 500 ms
   PCR 30 ms (max 41)      2 cues, 3 events, 1 teletext page, 2 time breaks, 3 faults in tables
-  not kept: breaks (12 beyond 1000)
+  not kept: breaks 12 (limit 1000)
 )");
+}
+
+TEST(text, the_usual_profile_of_mpeg_2_video_is_left_out)
+{
+    overview found = sample_overview();
+    program_stream &stream = found.programs[0].streams[0];
+    stream.details = "1280x720 25p Main@High 1440";
+    EXPECT_EQ(summary_text(found, false), summary_text(sample_overview(), false));
+    stream.details = "1280x720 25p 4:2:2@High";
+    EXPECT_NE(summary_text(found, false).find("MPEG-2 video 1280x720 25p 4:2:2@High "), std::string::npos);
 }
 
 TEST(text, an_overview_of_nothing_says_so_in_one_line)
@@ -148,6 +158,41 @@ TEST(text, tables_pcr_and_counts_share_a_line_where_they_fit)
             .find("\n  tables: PAT 100 ms      PCR 30 ms (max 41)      2 cues, 3 events, 1 teletext page\n"),
         std::string::npos)
         << summary_text(found, false);
+}
+
+TEST(text, counts_of_many_digits_go_to_lines_of_their_own)
+{
+    overview found = sample_overview();
+    found.cues.not_kept = 4999998;
+    found.guide.not_kept = 19999998;
+    found.teletext.not_kept = 1999999;
+    found.breaks.not_kept = 99999998;
+    const std::string text = summary_text(found, false);
+    EXPECT_NE(text.find("\n  PCR 30 ms (max 41)\n  5000000 cues, 20000000 events, "), std::string::npos)
+        << text;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(columns_of(line), 100U) << line;
+}
+
+TEST(text, rates_of_many_digits_take_from_the_bars)
+{
+    overview found = sample_overview();
+    found.programs[0].streams[0].mean_bps = 1000000000000;
+    found.programs[0].streams[0].details = std::string(60, 'd');
+    found.programs[0].streams[0].language = "eng,fra,deu";
+    const std::string text = summary_text(found, false);
+    EXPECT_NE(text.find("   1000000.00 Mbit/s  ##"), std::string::npos) << text;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(columns_of(line), 100U) << line;
+}
+
+TEST(text, the_longest_interval_of_pcrs_is_in_the_unit_of_the_mean)
+{
+    overview found = sample_overview();
+    found.pcr.resize(1);
+    found.pcr[0].interval_ticks = extent();
+    for (const int64_t seconds : {1, 2}) found.pcr[0].interval_ticks.add(seconds * ticks_per_second);
+    EXPECT_NE(summary_text(found, false).find("PCR 1.5 s (max 2)"), std::string::npos);
 }
 
 TEST(text, a_transcript_that_ended_early_says_why)

@@ -189,6 +189,19 @@ TEST_F(router, what_was_begun_before_the_pid_was_collected_anew_is_forgotten)
     EXPECT_EQ(routed.incomplete_sections(0x100), 0u);
 }
 
+TEST_F(router, what_was_begun_before_the_pid_was_named_otherwise_is_no_loss_of_sync_s)
+{
+    uses.add(0x100, pid_use::map);
+    const stream_builder built = stream_builder().section(0x100, longer);
+    feed(part(built, 0, 1));
+    uses.remove(0x100, pid_use::map);
+    routed.on_sync_loss();
+    EXPECT_EQ(routed.incomplete_sections(0x100), 0u);
+    uses.add(0x100, pid_use::map);
+    routed.on_sync_loss();
+    EXPECT_EQ(routed.incomplete_sections(0x100), 0u);
+}
+
 TEST_F(router, packets_seen_are_known)
 {
     EXPECT_FALSE(routed.has_seen(0x11));

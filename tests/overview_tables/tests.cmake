@@ -1,7 +1,9 @@
 add_tests_of(overview_tables
+    flat_map_test.cpp
     log_violation_test.cpp
     pid_directory_test.cpp
     program_map_test.cpp
+    repetition_watch_test.cpp
     section_router_test.cpp
     standard_test.cpp
     stream_type_test.cpp

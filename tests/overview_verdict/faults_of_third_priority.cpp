@@ -14,10 +14,10 @@ std::function<bytes()> with_a_bat_on(unsigned pid)
 }
 
 /// The present event of the second service, which has no flag; the following one never.
-bytes with_half_a_table(unsigned table_id, unsigned ms)
+bytes with_half_a_table(unsigned table_id, unsigned ms, unsigned end_ms)
 {
     const bytes half = long_section(table_id, 2, hex("0001 0020 01 4E"), {.last_section_number = 1});
-    return dvb_broadcast().section(ms, 0x12, half).shorten(39999).packets();
+    return dvb_broadcast().section(ms, 0x12, half).shorten(end_ms).packets();
 }
 
 overview_request with_schedule_limit(int64_t ms)
@@ -83,7 +83,7 @@ std::vector<planted_fault> faults_by_other_limits()
     return {
         read_as(with_schedule_limit(9600), keeps("schedule_each_10_s_of_9600_ms", dvb)),
         read_as(with_schedule_limit(9500),
-                times(3, raises("schedule_each_10_s_of_9500_ms", {"3.2"}, 14016, dvb))),
+                times(3, 34016, raises("schedule_each_10_s_of_9500_ms", {"3.2"}, 14016, dvb))),
         keeps("sections_23_ms_apart", second_tdt_behind(23)),
         read_as(with_gap_limit(25), keeps("sections_24_ms_apart_of_25_ms", second_tdt_behind(24))),
         read_as(with_gap_limit(25),
@@ -106,13 +106,13 @@ std::vector<planted_fault> faults_of_third_priority()
                [] { return dvb_with(0x11, sections().nit); }),
         keeps("rst_on_its_pid", [=] { return dvb_with(0x13, running_status); }),
         keeps("stuffing_on_the_pid_of_the_nit", [=] { return dvb_with(0x10, stuffing); }),
-        keeps("half_a_table_1999_ms_before_the_end", [] { return with_half_a_table(0x4E, 38001); }),
+        keeps("half_a_table_1999_ms_before_the_end", [] { return with_half_a_table(0x4E, 38001, 39999); }),
         raises("half_a_table_2000_ms_before_the_end", {"3.6c"}, 37999,
-               [] { return with_half_a_table(0x4E, 37999); }),
+               [] { return with_half_a_table(0x4E, 37999, 39999); }),
         keeps("half_a_table_of_others_19999_ms_before_the_end",
-              [] { return with_half_a_table(0x4F, 20001); }),
-        raises("half_a_table_of_others_20000_ms_before_the_end", {"3.6c"}, 19999,
-               [] { return with_half_a_table(0x4F, 19999); }),
+              [] { return with_half_a_table(0x4F, 1001, 20999); }),
+        raises("half_a_table_of_others_20000_ms_before_the_end", {"3.6c"}, 999,
+               [] { return with_half_a_table(0x4F, 999, 20999); }),
         keeps("unnamed_pid_for_525_ms", unnamed_for(525)),
         raises("unnamed_pid_for_526_ms", {"3.4a"}, 10079, unnamed_for(526)),
     };

@@ -53,8 +53,9 @@ std::vector<planted_fault> other_faults()
         keeps("unit_comes_at_its_time", with_unit(20, audio, 0)),
         raises("unit_comes_behind_its_time", {"X.1"}, 20, with_unit(20, audio, -1)),
         keeps("section_changes_with_its_version", [] { return with_changed_sdt(1); }),
-        times(2, raises("section_changes_under_its_version", {"X.2"}, 10039,
-                        [] { return with_changed_sdt(0); })),
+        times(
+            2, 11008,
+            raises("section_changes_under_its_version", {"X.2"}, 10039, [] { return with_changed_sdt(0); })),
         keeps("dts_is_the_pts", with_unit(10010, video, 200, 200)),
         raises("dts_is_above_the_pts", {"X.3"}, 10010, with_unit(10010, video, 199, 200)),
         keeps("dts_stays", with_unit(10050, video, 240, 160)),

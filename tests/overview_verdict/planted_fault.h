@@ -19,25 +19,27 @@ struct planted_fault {
     std::optional<uint64_t> first_packet; ///< of the first of them
     uint64_t count;                       ///< of the first of them
     overview_request request;
+    std::optional<uint64_t> last_packet; ///< of the first of them, where it fails more than once
 };
 
 /// The stream fails these checks, the first of them once, in that packet where it is told.
 inline planted_fault raises(const char *name, std::vector<std::string> fails,
                             std::optional<uint64_t> first_packet, std::function<bytes()> stream)
 {
-    return {name, std::move(stream), std::move(fails), first_packet, 1, {}};
+    return {name, std::move(stream), std::move(fails), first_packet, 1, {}, {}};
 }
 
 /// The stream just keeps the limits.
 inline planted_fault keeps(const char *name, std::function<bytes()> stream)
 {
-    return {name, std::move(stream), {}, std::nullopt, 0, {}};
+    return {name, std::move(stream), {}, std::nullopt, 0, {}, {}};
 }
 
-/// The first of the checks fails so often.
-inline planted_fault times(uint64_t count, planted_fault fault)
+/// The first of the checks fails so often, the last time in that packet.
+inline planted_fault times(uint64_t count, uint64_t last_packet, planted_fault fault)
 {
     fault.count = count;
+    fault.last_packet = last_packet;
     return fault;
 }
 

@@ -67,8 +67,9 @@ class Browser:
         self.wait_for(lambda: element.find_elements(By.TAG_NAME, "canvas"), "a plot that is drawn")
 
     @staticmethod
-    def wait_for(condition, what):
-        for _ in range(200):
+    def wait_for(condition, what, seconds=4):
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
             if condition():
                 return
             time.sleep(0.02)

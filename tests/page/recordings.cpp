@@ -66,6 +66,11 @@ overview multiplex_recording()
     fail(found, "3.5a", 2, 71.4, 2.318);
     add_cues(found, 0x0150, 9);
     add_teletext(found, 0x0204, 87, "Headlines: rain in the north");
+    found.limits_reached.push_back({"cues", 5000, 12});
+    // Of one service the next event began, and the schedule came behind it.
+    guide_event &begun = found.guide.events[3 * 40 + 1];
+    begun.source = "schedule";
+    begun.present_ticks = 100 * ticks_per_second;
     add_null_packets(found, 12000000);
     return found;
 }
@@ -135,6 +140,9 @@ overview disc_recording()
             found.rates.whole.series_bps[at] += row.rate.series_bps[at];
     }
     found.pcr.front().basis = "arrival";
+    found.pcr.front().residual = residual_facts{0, 0, 0};
+    found.pcr.front().rate_offset = ppm_extent{-0.0000001, 0.0000001};
+    found.breaks.kept.push_back({at_s(found, 40), time_break_kind::arrival, {}});
     add_checks(found);
     for (check_result &check : found.checks)
         if (check.id[0] == '3') {
@@ -287,6 +295,7 @@ std::vector<made_recording> all_recordings()
     all.push_back({"timeless", timeless_recording()});
     all.push_back({"day", day_recording()});
     all.push_back({"overfull", overfull_recording()});
+    all.push_back({"hostile", hostile_recording()});
     all.push_back({"empty", empty_recording()});
     return all;
 }

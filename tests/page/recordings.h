@@ -41,4 +41,7 @@ overview day_recording();
 /// More of everything than a page takes; the last event of the guide is on air.
 overview overfull_recording();
 
+/// Every store is full.
+overview hostile_recording();
+
 std::vector<made_recording> all_recordings();

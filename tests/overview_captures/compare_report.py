@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares what the overview says of captures with what the analyser's report says of the same bytes.
 
-    compare_with_report.py ANALYSER OVERVIEW FILE...
+    compare_report.py ANALYSER OVERVIEW FILE...
 
 Without files, those of the folder that MPEG_TS_STREAMS names; without that, skipped (status 77)."""
 import glob
