@@ -28,8 +28,8 @@ bool is_program_clock(uint16_t pid)
 } // namespace
 
 metered_walk::metered_walk(unsigned packet_size)
-    : stride(packet_size), stretches(limit_ticks), absence(stretches, limit_ticks), pcr(limit_ticks, 500),
-      time_stamps(limit_ticks)
+    : stride(packet_size), stretches(limit_ticks), absence(stretches, limit_ticks),
+      pcr(stretches, limit_ticks, 500), time_stamps(clocks, stretches, limit_ticks)
 {
 }
 
@@ -116,10 +116,13 @@ void metered_walk::on_packet(const ts_packet &packet)
     rates.on_packets(packet.pid, packet.at.packet, 1);
     pids.on_packet(packet);
     const packet_sequence sequence = continuity.on_packet(packet);
+    if (sequence.duplicate && !sequence.error) ++duplicates;
+    if (sequence.error) ++errors_told;
     if (packet.transport_error_indicator)
         faults.on_transport_error(packet.pid, packet.at);
     else if (absence.watches(packet.pid))
         absence.on_packets(packet.pid, packet.at.packet, 1);
+    if (packet.PCR || packet.discontinuity_indicator) clocks.on_packet(packet, sequence);
     if (packet.PCR) stretches.see(packet.at);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
     pcr.on_packet(packet, sequence, is_program_clock(packet.pid));
@@ -177,12 +180,14 @@ void metered_walk::promise_logs(const overview &found) const
     uint64_t lost = 0;
     uint64_t transport_errors = 0;
     uint64_t late = 0;
+    uint64_t copies = 0;
     for (const pid_facts &row : found.pids) {
         lost += row.continuity_errors;
         transport_errors += row.transport_errors;
+        copies += row.duplicates;
     }
     for (const time_stamp_facts &row : found.time_stamps) late += row.late;
-    fuzz_promise(continuity.errors().count == lost);
+    fuzz_promise(continuity.errors().count == lost && lost == errors_told && copies == duplicates);
     fuzz_promise(faults.transport_errors().count == transport_errors);
     fuzz_promise(faults.sync_losses().count == found.recording.sync_losses);
     fuzz_promise(faults.sync_byte_errors().count == found.recording.sync_byte_errors);

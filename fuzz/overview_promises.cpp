@@ -103,6 +103,26 @@ void promise_rates(const overview &found)
     }
 }
 
+/// Where every packet has a time, the buckets hold them all. The last counts as far as the recording covers
+/// it.
+void promise_whole_series(const overview &found)
+{
+    const std::vector<uint64_t> &series = found.rates.whole.series_bps;
+    if (found.recording.time_base != time_base_kind::bitrate || series.empty()) return;
+    const int64_t width = found.rates.bucket_ticks;
+    const int64_t before_last = static_cast<int64_t>(series.size() - 1) * width;
+    const int64_t covered = std::min(width, *found.recording.duration_ticks - before_last);
+    if (covered <= 0) return;
+
+    double bits = 0;
+    for (const uint64_t rate : series)
+        bits += static_cast<double>(rate) * static_cast<double>(width) / ticks_per_second;
+    bits -= static_cast<double>(series.back()) * static_cast<double>(width - covered) / ticks_per_second;
+    const auto expected = static_cast<double>(found.recording.packets * mpeg_ts_packet_size * 8);
+    const double rounding = static_cast<double>(before_last + width) / ticks_per_second;
+    fuzz_promise(std::fabs(bits - expected) <= rounding + expected * 1e-9);
+}
+
 void promise_pcr(const pcr_facts &row, const overview &found)
 {
     fuzz_promise(row.count >= 2 && row.interval_ticks.count < row.count);
@@ -246,6 +266,7 @@ void promise_measurements(const overview &found)
     promise_recording(found);
     for (const pid_facts &row : found.pids) promise_pid(row, found);
     promise_rates(found);
+    promise_whole_series(found);
     for (const pcr_facts &row : found.pcr) promise_pcr(row, found);
     for (const time_stamp_facts &row : found.time_stamps) promise_time_stamps(row, found);
     promise_breaks(found);
