@@ -148,7 +148,7 @@ bool packet_scanner::regain_sync(block &b)
     in_sync = true;
     b.in_sync_from = p;
     b.in_sync_index = index;
-    last.fill(0);
+    last = {};
     add_step(b, step_kind::sync_loss, 0);
     return true;
 }
