@@ -140,7 +140,7 @@ bool packet_scanner::regain_sync(block &b)
     if (start == nullptr) {
         // What is left is too short to tell: the next block begins with it.
         const ptrdiff_t reach = found.sync_offset + ptrdiff_t{trusted_sync_bytes - 1} * found.packet_size;
-        p = std::max(p, b.fence - std::min<ptrdiff_t>(reach, b.fence - p));
+        p = std::max(p, b.fence - std::min(reach, b.fence - p));
         return false;
     }
     p = start;
@@ -156,7 +156,7 @@ bool packet_scanner::regain_sync(block &b)
 /// Takes the slot without a sync byte. Returns false when the block ends before it can be told what it is.
 bool packet_scanner::scan_bad_sync(block &b)
 {
-    const bool has_next = b.fence - p >= ptrdiff_t{2} * found.packet_size;
+    const bool has_next = b.fence - p >= static_cast<ptrdiff_t>(2 * found.packet_size);
     if (!has_next && !at_end) return false;
 
     totals.sync_byte_errors++;
