@@ -99,7 +99,7 @@ std::unique_ptr<block> packet_scanner::next_block()
 
 void packet_scanner::release_blocks()
 {
-    while (!recent.empty() && recent.front()->fence_index + duplicate_reach < index && recent.size() > 1)
+    while (recent.size() > 1 && (!in_sync || recent.front()->fence_index + duplicate_reach < index))
         recent.pop_front();
     for (size_t i = 0; i < kept.size();) {
         if (std::find(recent.begin(), recent.end(), kept[i].get()) == recent.end()) {
@@ -148,7 +148,9 @@ bool packet_scanner::regain_sync(block &b)
     in_sync = true;
     b.in_sync_from = p;
     b.in_sync_index = index;
+    // No copy is looked for in what came before.
     last.fill(0);
+    recent.erase(recent.begin(), recent.end() - 1);
     add_step(b, step_kind::sync_loss, 0);
     return true;
 }
