@@ -170,7 +170,7 @@ recording_end metered_walk::end_of(const timeline &known, const moment &end) con
     if (known.base() == time_base_kind::pcr) result.clock_pids = known.clock().clock_pids();
     if (const auto last = rates.last_packet_ticks()) {
         result.bucket_ticks = bucket_ticks_of(*last);
-        result.buckets = buckets_up_to(*last, result.bucket_ticks);
+        result.buckets = static_cast<size_t>(buckets_up_to(*last, result.bucket_ticks));
     }
     return result;
 }

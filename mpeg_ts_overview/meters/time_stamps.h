@@ -53,7 +53,7 @@ public:
     /// True when there was a DTS, or a PTS of an audio stream.
     bool decoding_order_measured() const { return has_decoding_time; }
     /// PIDs with margins that have no series of them.
-    uint64_t margin_series_not_kept() const { return series_not_kept; }
+    size_t margin_series_not_kept() const { return series_not_kept; }
 
 private:
     /// The last stamp by which a unit is decoded.
@@ -95,5 +95,5 @@ private:
     pid_array<uint16_t> stamps_number; ///< 1 + place in all_stamps; 0: none
     std::vector<pid_stamps> all_stamps;
     size_t series_count = 0;
-    uint64_t series_not_kept = 0;
+    size_t series_not_kept = 0;
 };
