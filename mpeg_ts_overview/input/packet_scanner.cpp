@@ -19,9 +19,9 @@ constexpr uint32_t continuity_counter = 0x0000000F;
 
 constexpr uint64_t counter_known = 16;
 
-constexpr unsigned pid_of(uint32_t header)
+constexpr uint16_t pid_of(uint32_t header)
 {
-    return (header >> 8) & 0x1FFF;
+    return static_cast<uint16_t>((header >> 8) & 0x1FFF);
 }
 
 /// True of a packet that a run may hold, whatever its counter.
@@ -184,7 +184,7 @@ void packet_scanner::scan_packets(block &b)
         }
         if (found.sync_offset != 0 && !note_arrival(b, p)) add_step(b, step_kind::arrival_break, 0);
         const uint32_t header = big_endian_32(start);
-        const unsigned pid = pid_of(header);
+        const uint16_t pid = pid_of(header);
         const uint64_t expected = (last[pid] + 1) & continuity_counter;
         const bool in_sequence =
             (last[pid] & counter_known) != 0 && (header & continuity_counter) == expected;
@@ -231,7 +231,7 @@ uint32_t packet_scanner::run_length(block &b, uint32_t header)
 
 void packet_scanner::scan_packet(block &b, uint32_t header)
 {
-    const unsigned pid = pid_of(header);
+    const uint16_t pid = pid_of(header);
     const uint8_t *const start = p + found.sync_offset;
     const uint64_t before = last[pid];
     constexpr uint8_t discontinuity_indicator_or_PCR_flag = 0x90;
