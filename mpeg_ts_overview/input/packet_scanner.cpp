@@ -158,7 +158,7 @@ bool packet_scanner::regain_sync(block &b)
 /// Takes the slot without a sync byte. Returns false when the block ends before it can be told what it is.
 bool packet_scanner::scan_bad_sync(block &b)
 {
-    const bool has_next = b.fence - p >= static_cast<ptrdiff_t>(2 * found.packet_size);
+    const bool has_next = b.fence - p >= 2 * static_cast<ptrdiff_t>(found.packet_size);
     if (!has_next && !at_end) return false;
 
     totals.sync_byte_errors++;
