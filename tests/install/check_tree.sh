@@ -121,7 +121,7 @@ make_example make "$compiler" "$flags"
 
 # The archives serve other compilers too, unless this build leans on a library of its compiler.
 case $flags in
-*sanitize* | *coverage* | *-fsanitize*) ;;
+*sanitize* | *coverage*) ;;
 *)
     for other in g++ clang++; do
         if command -v $other >/dev/null; then make_example $other $other ''; fi
