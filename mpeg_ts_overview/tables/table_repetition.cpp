@@ -65,7 +65,8 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     }
     if (first >= fence) return &known->second;
     const bool only_arrivals = awaited == awaited_sections::that_have_come;
-    if (clock_count + (fence - first) > (only_arrivals ? arrival_clock_limit : repetition_clock_limit)) {
+    const uint64_t limit = only_arrivals ? arrival_clock_limit : repetition_clock_limit;
+    if (clock_count + (fence - first) > limit || (is_new && tables.size() == repetition_table_limit)) {
         ++not_kept;
         return is_new ? nullptr : &known->second;
     }
