@@ -30,7 +30,7 @@ class script_run final : private section_consumer {
 public:
     explicit script_run(const conditions &wanted)
         : how(wanted), tables(how.other_limits, how.whole_multiplex, how.atsc),
-          contents(std::make_unique<recording_contents>(tables.uses(), tables.programs()))
+          contents(std::make_unique<recording_contents>(tables.uses(), tables.programs(), clocks))
     {
         now.ticks = 0;
         tables.see(now);
@@ -140,8 +140,8 @@ private:
     void take_packet(ts_packet &packet, const packet_sequence &sequence)
     {
         packet.at = now;
-        if (contents->wants(packet.pid) || packet.PCR || packet.discontinuity_indicator)
-            contents->on_packet(packet, sequence);
+        if (packet.PCR || packet.discontinuity_indicator) clocks.on_packet(packet, sequence);
+        if (contents->wants(packet.pid)) contents->on_packet(packet, sequence);
         if (packet.PCR) tables.see(now);
         if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
     }
@@ -195,8 +195,8 @@ private:
     {
         const transport_faults faults;
         const continuity_meter continuity;
-        const pcr_meter pcr(1, 1);
-        const time_stamp_meter stamps(1);
+        const pcr_meter pcr(tables.times(), 1, 1);
+        const time_stamp_meter stamps(clocks, tables.times(), 1);
         const absence_meter absence(tables.times(), ticks_per_second);
         recording_end end;
         end.at = now;
@@ -214,6 +214,7 @@ private:
 
     conditions how;
     stream_tables tables;
+    program_clocks clocks;
     std::unique_ptr<recording_contents> contents;
     moment now;
     uint64_t good_sections = 0;

@@ -124,9 +124,9 @@ struct header_search {
 };
 
 /// In one PES packet, cut into payloads anyhow, the finder finds what the reader does.
-void check_search(const family_reader &by, const byte_list &stream, const std::string &found,
-                  size_t payload_size)
+void check_search(const family_reader &by, const byte_list &stream, size_t payload_size)
 {
+    const std::string found = words_of(read(by, stream));
     if (stream.empty() || stream.size() > piece_size) return;
     header_search search(by.family);
     search.take({0, 0, 1, 0xE0, 0, 0, 0x80, 0, 0}, true);
@@ -161,7 +161,8 @@ void search_packets(const family_reader &by, fuzz_input in)
 int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     fuzz_input in = {data, data + size};
-    const family_reader &by = readers[in.byte() % std::size(readers)];
+    const unsigned choice = in.byte();
+    const family_reader &by = readers[(choice & 7) % std::size(readers)];
     const unsigned cut = in.byte();
     const byte_list stream(in.p, in.fence);
 
@@ -169,7 +170,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string found = words_of(details);
     if (details) check_details(*details, by.is_video);
     check_beginning(by, stream, found, stream.size() * cut / 256);
-    check_search(by, stream, found, 1 + cut % 184);
+    byte_list behind_others(size_t{choice >> 3} * 256, 0x55);
+    behind_others.insert(behind_others.end(), stream.begin(), stream.end());
+    check_search(by, behind_others, 1 + cut % 184);
     search_packets(by, in);
     return 0;
 }

@@ -1,5 +1,6 @@
 // Writes first inputs for the entries of the overview into folders of their names: make_overview_seeds
 // <folder>.
+#include "tests/overview_contents/bit_writer.h"
 #include "tests/overview_contents/si_sections.h"
 #include "tests/overview_contents/splice_sections.h"
 #include "tests/overview_contents/teletext_stream.h"
@@ -25,6 +26,15 @@ const bytes mpeg_2_sequence = hex("000001b35002d033ffffe340000001b5146a000100000
 const bytes h264_headers = hex("000001 674d4020eca02802dd80880000030008000003032078c18cb0 000001 68");
 const bytes hevc_headers = hex("000001 42010101600000030090000003000003007ba003c08010e596566924caf0"
                                "168080000003008000001904 000001 44");
+
+/// A parameter set of profile Main, 64x64, that leaves so many pairs of columns and of rows away.
+bytes cropped_h264(unsigned columns, unsigned rows)
+{
+    bit_writer set;
+    set.u(77, 8).u(0, 8).u(40, 8).ue(0).ue(0).ue(2).ue(4).u(0, 1).ue(3).ue(3).flags("1 1 1");
+    set.ue(0).ue(columns).ue(rows).ue(0).flags("0");
+    return set.nal_unit(hex("67"));
+}
 
 /// Two MPEG-1 layer II frames of 576 bytes.
 bytes audio_frames()
@@ -90,8 +100,9 @@ bytes second_map()
 
 bytes services()
 {
-    return sdt_section(join({sdt_entry(1, service_descriptor(1, "Provider", "One")),
-                             sdt_entry(2, service_descriptor(2, "\x05Pr\xF6", "\x10\x01\x02Zw\xE9i"))}));
+    return sdt_section(
+        join({sdt_entry(1, service_descriptor(1, "Provider", "One")),
+              sdt_entry(2, service_descriptor(2, "\x15Pr\xC2\x9B[31m\xC3\xB6 <b>", "\x10\x01\x02Zw\xE9i"))}));
 }
 
 /// Present and following in one section.
@@ -156,10 +167,12 @@ void write_codecs()
             write("codec_headers", join({big_endian(family, 1), hex(cut), hex("06"), big_endian(size, 1),
                                          part, hex("C2 00 06"), big_endian(size, 1), part}));
         }
-        ++family;
+        family += 1 + 0x18; // behind 768 other bytes more each time
     }
     write("codec_headers", join({hex("01 80"), hex("000001 6764001facd9405005bb016a02020280000003008000001907"
                                                    "8c18cb 000001")}));
+    for (const bytes &set : {cropped_h264(31, 4), cropped_h264(0, 31)})
+        write("codec_headers", join({hex("01 80"), set}));
 }
 
 /// Scripts of recordings: see scripted_recording.
@@ -195,7 +208,7 @@ void write_tables()
                         atsc_eit_section(1, {atsc_eit_entry(5, 1000000100, 3600, multiple_string("News"))})),
               record_of(14, 0x02, ett_section(0x10016, multiple_string("Text")))});
     for (const bytes &tables : {dvb, atsc}) {
-        for (const char *modes : {"00 00", "01 79", "02 08", "06 10", "03 00"}) {
+        for (const char *modes : {"00 00", "01 79", "0A 7B", "08 18", "06 10", "03 00"}) {
             write("checked_tables", join({hex(modes), tables}));
             write("checked_tables",
                   join({hex(modes), tables, hex("70 94 00 7A 3F C0"), tables, hex("70 9F 22"), tables}));

@@ -6,6 +6,7 @@
 #include "mpeg_ts_overview/meters/continuity.h"
 #include "mpeg_ts_overview/meters/pcr.h"
 #include "mpeg_ts_overview/meters/pids.h"
+#include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/meters/rates.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/meters/time_stamps.h"
@@ -38,9 +39,12 @@ private:
 
     unsigned stride; ///< bytes from packet to packet
     packet_times times;
+    bool in_times = false;
     uint64_t next_packet = 0;
     int64_t last_ticks = 0;
     int64_t last_stretch = -1;
+    uint64_t duplicates = 0;
+    uint64_t errors_told = 0;
     time_break_list breaks;
     time_stretches stretches;
     transport_faults faults;
@@ -48,6 +52,7 @@ private:
     rates_meter rates;
     continuity_meter continuity;
     absence_meter absence;
+    program_clocks clocks;
     pcr_meter pcr;
     time_stamp_meter time_stamps;
 };

@@ -30,10 +30,9 @@ configure_for_machine() { # build folder, arguments for cmake
     build_folder=$1
     shift
     if [ "$compiler" = clang++ ]; then set -- -DCMAKE_CXX_COMPILER_TARGET="$triplet" "$@"; fi
-    # The overview leans on a library that is not here for every machine.
     cmake -S "$root" -B "$build_folder" -G Ninja -DCMAKE_SYSTEM_NAME=Linux \
         -DCMAKE_SYSTEM_PROCESSOR="$processor" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_COMPILER_LAUNCHER=ccache \
-        "-DCMAKE_CROSSCOMPILING_EMULATOR=$emulator;-L;/usr/$triplet" -DWITH_OVERVIEW=OFF -DWARNINGS_AS_ERRORS=ON "$@"
+        "-DCMAKE_CROSSCOMPILING_EMULATOR=$emulator;-L;/usr/$triplet" -DWARNINGS_AS_ERRORS=ON "$@"
 }
 
 on_machine() { "$emulator" -L "/usr/$triplet" "$@"; }

@@ -2,7 +2,6 @@
 // teletext and the time of day.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/contents/cues.h"
 #include "mpeg_ts_overview/contents/day_clock.h"
 #include "mpeg_ts_overview/contents/dvb_text.h"
@@ -15,12 +14,12 @@
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/model/overview.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/tables/pid_directory.h"
 #include "mpeg_ts_overview/tables/program_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 
-#include <array>
 #include <cstdint>
 
 class recording_contents {
@@ -64,5 +63,5 @@ private:
     cue_list cues;
     teletext_pages teletext;
     day_clock clock;
-    std::array<bool, mpeg_ts_pid_count> has_teletext = {};
+    pid_array<bool> has_teletext;
 };

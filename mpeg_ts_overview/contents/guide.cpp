@@ -45,6 +45,12 @@ atsc_string string_in(byte_range structure, const std::string &language)
 
 } // namespace
 
+size_t programme_guide::key_hash::operator()(uint32_t key) const
+{
+    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
+    return static_cast<size_t>(key * spread >> 32);
+}
+
 void programme_guide::on_section(const table_section &section)
 {
     const uint8_t table_id = section.header.table_id;
@@ -70,8 +76,8 @@ void programme_guide::on_eit(const table_section &section)
         if (!place) continue;
         guide_event &event = facts.events[*place];
         origins[*place].gps_start.reset();
-        event.start_utc_s = said.start_utc_s;
-        event.duration_s = said.duration_s;
+        event.start_utc_s = said.start_utc_s();
+        event.duration_s = said.duration_s();
         event.source = source_of(section);
         set_texts(event, read_event_texts(said.descriptors, texts));
         if (!is_present || event.was_present) continue;
@@ -98,12 +104,12 @@ void programme_guide::on_ett(const table_section &section)
 {
     const std::optional<ett> extended = read_ett(section);
     if (!extended || !extended->is_of_event()) return;
-    const auto known = place_of.find(key_of(extended->source_id(), extended->event_id()));
-    if (known == place_of.end()) return;
-    origin &from = origins[known->second];
+    const uint32_t *const place = place_of.find(key_of(extended->source_id(), extended->event_id()));
+    if (place == nullptr) return;
+    origin &from = origins[*place];
     if (from.ett_crc_32 == section.crc_32) return;
     from.ett_crc_32 = section.crc_32;
-    guide_event &event = facts.events[known->second];
+    guide_event &event = facts.events[*place];
     const atsc_string text = string_in(extended->extended_text_message, event.language);
     set_texts(event, {event.title, text.text, event.language});
 }
@@ -118,22 +124,21 @@ std::optional<size_t> programme_guide::place_for(const table_section &section, u
 {
     const uint8_t table_id = section.header.table_id;
     const uint32_t key = key_of(service, event_id);
-    const auto known = place_of.find(key);
-    if (known != place_of.end()) {
-        origin &from = origins[known->second];
+    if (const uint32_t *const known = place_of.find(key)) {
+        origin &from = origins[*known];
         const bool is_repeated = from.table_id == table_id && from.crc_32 == section.crc_32;
         if (is_repeated && from.reception != receptions) return std::nullopt;
         from.reception = receptions;
         from.table_id = table_id;
         from.crc_32 = section.crc_32;
-        return known->second;
+        return *known;
     }
     if (facts.events.size() == guide_event_limit) {
         ++facts.not_kept;
         return std::nullopt;
     }
     const size_t place = facts.events.size();
-    place_of.emplace(key, place);
+    place_of[key] = static_cast<uint32_t>(place);
     origins.push_back({receptions, table_id, section.crc_32, {}, {}});
     guide_event &event = facts.events.emplace_back();
     event.service = service;

@@ -6,12 +6,12 @@
 #include "mpeg_ts_overview/contents/event_texts.h"
 #include "mpeg_ts_overview/model/guide_facts.h"
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 constexpr size_t guide_event_limit = 20000;
@@ -42,6 +42,10 @@ private:
         std::optional<uint32_t> ett_crc_32; ///< of the section that its text is from, in ATSC
     };
 
+    struct key_hash {
+        size_t operator()(uint32_t key) const;
+    };
+
     void on_eit(const table_section &section);
     void on_atsc_eit(const table_section &section);
     void on_ett(const table_section &section);
@@ -54,8 +58,8 @@ private:
 
     dvb_text_converter &texts;
     guide_facts facts;
-    std::vector<origin> origins;                   ///< of each event
-    std::unordered_map<uint32_t, size_t> place_of; ///< by service and event_id
+    std::vector<origin> origins;                     ///< of each event
+    flat_map<uint32_t, uint32_t, key_hash> place_of; ///< by service and event_id
     size_t text_bytes = 0;
     uint64_t receptions = 0; ///< of sections
     std::optional<uint8_t> GPS_UTC_offset;

@@ -203,7 +203,7 @@ cue read_splice_info(const uint8_t *start, const uint8_t *fence)
 
     if (splice_command_length == unstated_length) {
         if (splice_command_type != private_command) read_descriptors(in, message);
-    } else if (splice_command_length < fence - command) {
+    } else if (static_cast<ptrdiff_t>(splice_command_length) < fence - command) {
         read_descriptors(bit_reader(command + splice_command_length, fence), message);
     }
     return message;

@@ -1,13 +1,12 @@
 // The codec headers of the streams of all programs: each stream is looked into until its header is found.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/contents/header_finder.h"
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/model/codec_details.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -46,8 +45,8 @@ private:
         bool passed_over = false;
     };
 
-    std::array<bool, mpeg_ts_pid_count> wanted = {};
-    std::array<uint16_t, mpeg_ts_pid_count> number_of = {}; ///< 1 + place in searches; 0: none
+    pid_array<bool> wanted;
+    pid_array<uint16_t> number_of; ///< 1 + place in searches; 0: none
     std::vector<std::unique_ptr<search>> searches;
     size_t rooms = 0; ///< of finders, for their pieces
 };

@@ -97,7 +97,7 @@ void recording_walk::tell_packet(const block &b, const scan_step &step)
     ts_packet packet = read_packet(step.start);
     packet.repeats_previous = step.repeats_previous;
     packet.at = times.moment_of(step.index, step.start);
-    if (!b.arrival.empty()) packet.arrival_ticks = b.arrival[step.index - b.first_index];
+    if (!b.arrival.empty()) packet.arrival_ticks = b.arrival_of(step.index);
     told.on_packet(packet);
 }
 

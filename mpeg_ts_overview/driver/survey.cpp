@@ -151,7 +151,7 @@ recording_end survey::end_of(const timeline &known, const moment &end) const
     if (known.base() == time_base_kind::pcr) result.clock_pids = known.clock().clock_pids();
     if (const auto last_ticks = rates.last_packet_ticks()) {
         result.bucket_ticks = bucket_ticks_of(*last_ticks);
-        result.buckets = buckets_up_to(*last_ticks, result.bucket_ticks);
+        result.buckets = static_cast<size_t>(buckets_up_to(*last_ticks, result.bucket_ticks));
     }
     return result;
 }

@@ -65,6 +65,9 @@ struct block {
     /// The steps, by number, whose packet has a PCR or the discontinuity_indicator, and no transport error.
     std::vector<uint32_t> clock_steps;
 
+    /// Arrival ticks of a packet of the block, by its index in the recording.
+    int64_t arrival_of(uint64_t packet) const { return arrival[static_cast<size_t>(packet - first_index)]; }
+
     /// Offset in the recording of a byte of the block.
     uint64_t offset_of(const uint8_t *byte) const { return offset + static_cast<uint64_t>(byte - first); }
 };

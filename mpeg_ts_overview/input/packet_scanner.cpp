@@ -99,7 +99,7 @@ std::unique_ptr<block> packet_scanner::next_block()
 
 void packet_scanner::release_blocks()
 {
-    while (!recent.empty() && recent.front()->fence_index + duplicate_reach < index && recent.size() > 1)
+    while (recent.size() > 1 && (!in_sync || recent.front()->fence_index + duplicate_reach < index))
         recent.pop_front();
     for (size_t i = 0; i < kept.size();) {
         if (std::find(recent.begin(), recent.end(), kept[i].get()) == recent.end()) {
@@ -140,7 +140,7 @@ bool packet_scanner::regain_sync(block &b)
     if (start == nullptr) {
         // What is left is too short to tell: the next block begins with it.
         const ptrdiff_t reach = found.sync_offset + ptrdiff_t{trusted_sync_bytes - 1} * found.packet_size;
-        p = std::max(p, b.fence - std::min<ptrdiff_t>(reach, b.fence - p));
+        p = std::max(p, b.fence - std::min(reach, b.fence - p));
         return false;
     }
     p = start;
@@ -148,7 +148,9 @@ bool packet_scanner::regain_sync(block &b)
     in_sync = true;
     b.in_sync_from = p;
     b.in_sync_index = index;
-    last.fill(0);
+    // No copy is looked for in what came before.
+    last = {};
+    recent.erase(recent.begin(), recent.end() - 1);
     add_step(b, step_kind::sync_loss, 0);
     return true;
 }
@@ -156,7 +158,7 @@ bool packet_scanner::regain_sync(block &b)
 /// Takes the slot without a sync byte. Returns false when the block ends before it can be told what it is.
 bool packet_scanner::scan_bad_sync(block &b)
 {
-    const bool has_next = b.fence - p >= ptrdiff_t{2} * found.packet_size;
+    const bool has_next = b.fence - p >= static_cast<ptrdiff_t>(2 * found.packet_size);
     if (!has_next && !at_end) return false;
 
     totals.sync_byte_errors++;

@@ -2,12 +2,11 @@
 // without a sync byte, losses of sync. Packets are told where they lie.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/arrival_clock.h"
 #include "mpeg_ts_overview/input/block.h"
 #include "mpeg_ts_overview/input/packet_grid.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -85,7 +84,7 @@ private:
     const uint8_t *p = nullptr; ///< start of the next packet
     uint64_t index = 0;         ///< its index
     /// Of each PID, of its last packet: index * 32 + 16 + continuity_counter. 0 where no counter is expected.
-    std::array<uint64_t, mpeg_ts_pid_count> last = {};
+    pid_array<uint64_t> last;
     std::unique_ptr<block> pending;           ///< the first block, read to find the packets
     std::deque<const block *> recent;         ///< as far back as duplicates are looked for
     std::vector<std::unique_ptr<block>> kept; ///< given back, but still recent

@@ -3,11 +3,11 @@
 #pragma once
 
 #include "mpeg12_ts/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/violation_log.h"
 #include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/timeline/packet_times.h"
 
-#include <array>
 #include <bitset>
 #include <cstdint>
 #include <functional>
@@ -58,7 +58,7 @@ private:
     repetition_watch absence;
     packet_times times;
     uint64_t good_gap = 0; ///< packets so far apart are no longer apart than others were
-    std::array<std::unique_ptr<watched_pid>, mpeg_ts_pid_count> watched;
+    pid_array<std::unique_ptr<watched_pid>> watched;
     std::bitset<mpeg_ts_pid_count> ever_watched;
     std::vector<watched_pid *> touched; ///< with packets in the times in hand
     violation_log never;

@@ -35,13 +35,13 @@ void bucket_series::add(int64_t ticks, int64_t value)
     buckets[bucket].join({value, value});
 }
 
-std::vector<bucket_extent> bucket_series::finish(int64_t bucket_ticks, uint64_t count) const
+std::vector<bucket_extent> bucket_series::finish(int64_t bucket_ticks, size_t count) const
 {
     std::vector<range> joined(count);
     if (count > 0) {
         for (size_t i = 0; i < buckets.size(); ++i) {
             const auto bucket = static_cast<uint64_t>(static_cast<int64_t>(i) * width / bucket_ticks);
-            joined[std::min(bucket, count - 1)].join(buckets[i]);
+            joined[static_cast<size_t>(std::min<uint64_t>(bucket, count - 1))].join(buckets[i]);
         }
     }
 

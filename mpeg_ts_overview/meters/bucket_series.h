@@ -14,7 +14,7 @@ public:
     void add(int64_t ticks, int64_t value);
 
     /// The series in count buckets of that width; what lies behind the last one goes into it.
-    std::vector<bucket_extent> finish(int64_t bucket_ticks, uint64_t count) const;
+    std::vector<bucket_extent> finish(int64_t bucket_ticks, size_t count) const;
 
 private:
     struct range {

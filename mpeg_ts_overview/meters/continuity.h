@@ -1,13 +1,12 @@
 // Continuity counters, ISO/IEC 13818-1 2.4.3.3: Continuity_count_error of ETSI TR 101 290 (1.4).
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/pid_facts.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/model/violation_log.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
 
@@ -50,7 +49,7 @@ private:
     packet_sequence on_copy(const ts_packet &packet, counter_state &state);
     void on_error(const ts_packet &packet, unsigned ahead, bool same_counter);
 
-    std::array<counter_state, mpeg_ts_pid_count> states;
+    pid_array<counter_state> states;
     std::map<uint16_t, counts> counted;
     violation_log log;
 };

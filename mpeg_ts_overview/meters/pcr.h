@@ -2,16 +2,15 @@
 // ISO/IEC 13818-1 2.4.3.4 and 2.4.3.5; ETSI TR 101 290 5.2.2.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/bucket_series.h"
 #include "mpeg_ts_overview/meters/pcr_window.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/model/pcr_facts.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/tables/repetition_watch.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -96,9 +95,9 @@ private:
     violation_log leaps;
     pcr_fitter fits;
     bool has_program_clock = false;
-    int64_t stretch = 0;                                    ///< of the packet before
-    std::array<uint16_t, mpeg_ts_pid_count> number_of = {}; ///< 1 + place in clocks; 0: none
-    std::vector<pid_clock> clocks;                          ///< in order of first mention
+    int64_t stretch = 0;               ///< of the packet before
+    pid_array<uint16_t> number_of;     ///< 1 + place in clocks; 0: none
+    std::vector<pid_clock> clocks;     ///< in order of first mention
     std::vector<uint16_t> with_points; ///< places in clocks whose windows may hold points
     std::vector<uint16_t> with_closed; ///< places in clocks that had windows which closed
     size_t kept_count = 0;

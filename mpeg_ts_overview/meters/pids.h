@@ -1,12 +1,11 @@
 // What the headers of each PID's packets say, counted.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/pid_facts.h"
 #include "mpeg_ts_overview/timeline/packet_times.h"
 
-#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -49,7 +48,7 @@ private:
     void add_row(uint16_t pid, uint64_t first);
 
     packet_times times;
-    std::array<pid_state, mpeg_ts_pid_count> states;
+    pid_array<pid_state> states;
     std::vector<uint16_t> touched; ///< PIDs that had a packet in the times in hand
     std::vector<pid_facts> rows;
 };

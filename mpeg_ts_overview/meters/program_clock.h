@@ -1,11 +1,10 @@
 // The clock of each program: the last PCR of its PCR PID and the time since. ISO/IEC 13818-1 2.4.2.1.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -33,6 +32,6 @@ private:
         uint64_t discontinuities = 0;
     };
 
-    std::array<uint16_t, mpeg_ts_pid_count> number_of = {}; ///< 1 + place in references; 0: none
+    pid_array<uint16_t> number_of; ///< 1 + place in references; 0: none
     std::vector<reference> references;
 };

@@ -101,7 +101,7 @@ void rates_meter::end_bucket_of(rate_state &state, uint64_t packets)
     state.in_window += packets;
     if (!state.has_series) return;
     while (static_cast<uint64_t>(bucket) / joined >= bucket_limit) double_width();
-    const uint64_t place = static_cast<uint64_t>(bucket) / joined;
+    const auto place = static_cast<size_t>(static_cast<uint64_t>(bucket) / joined);
     if (state.series.size() <= place) state.series.resize(place + 1);
     state.series[place] += packets;
 }
@@ -130,7 +130,8 @@ rates_facts rates_meter::finish(std::optional<int64_t> duration_ticks)
 
     end_bucket();
     if (last_ticks) found.bucket_ticks = bucket_ticks_of(*last_ticks);
-    if (last_ticks && duration > 0) buckets = buckets_up_to(*last_ticks, found.bucket_ticks);
+    if (last_ticks && duration > 0)
+        buckets = static_cast<size_t>(buckets_up_to(*last_ticks, found.bucket_ticks));
     found.whole = facts_of(whole, duration, buckets);
     for (const uint16_t pid : order) found.pids.push_back({pid, facts_of(states[pid], duration, buckets)});
     return found;

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "mpeg12_ts/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/rate_facts.h"
 #include "mpeg_ts_overview/model/series_buckets.h"
 #include "mpeg_ts_overview/timeline/packet_times.h"
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -85,8 +85,8 @@ private:
     int64_t bucket = -1;               ///< the bucket of 0.1 s in hand; below 0 before there is a time
     uint64_t next_bucket = 0;          ///< index of the first packet that is beyond it
     uint64_t joined = 1;               ///< buckets of 0.1 s that are one of the series
-    std::array<uint64_t, mpeg_ts_pid_count + 1> in_bucket = {}; ///< packets of the bucket in hand, by PID
-    std::vector<rate_state> states;                             ///< by PID
+    pid_array<uint64_t> in_bucket;     ///< packets of the bucket in hand, by PID
+    std::vector<rate_state> states;    ///< by PID
     rate_state whole;
     std::vector<uint16_t> order;   ///< of first arrival
     std::vector<uint16_t> touched; ///< with packets in the bucket in hand

@@ -2,18 +2,17 @@
 // far ahead of the program's clock they are. ISO/IEC 13818-1 2.4.3.7 and 2.7.4; ETSI TR 101 290 5.2.2.
 #pragma once
 
-#include "mpeg12_ts/packet.h"
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/bucket_series.h"
 #include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/meters/recording_end.h"
 #include "mpeg_ts_overview/meters/time_stamp_header.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/model/time_stamp_facts.h"
 #include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/tables/stream_role.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -54,7 +53,7 @@ public:
     /// True when there was a DTS, or a PTS of an audio stream.
     bool decoding_order_measured() const { return has_decoding_time; }
     /// PIDs with margins that have no series of them.
-    uint64_t margin_series_not_kept() const { return series_not_kept; }
+    size_t margin_series_not_kept() const { return series_not_kept; }
 
 private:
     /// The last stamp by which a unit is decoded.
@@ -93,8 +92,8 @@ private:
     violation_log late_log;
     violation_log order_log;
     bool has_decoding_time = false;
-    std::array<uint16_t, mpeg_ts_pid_count> stamps_number = {}; ///< 1 + place in all_stamps; 0: none
+    pid_array<uint16_t> stamps_number; ///< 1 + place in all_stamps; 0: none
     std::vector<pid_stamps> all_stamps;
     size_t series_count = 0;
-    uint64_t series_not_kept = 0;
+    size_t series_not_kept = 0;
 };

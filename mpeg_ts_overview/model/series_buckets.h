@@ -2,10 +2,11 @@
 // 1000.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 constexpr int64_t first_bucket_ticks = 2700000; ///< 0.1 s
-constexpr uint64_t bucket_limit = 1000;
+constexpr size_t bucket_limit = 1000;
 
 /// The number of buckets up to the one that holds a packet of that time.
 constexpr uint64_t buckets_up_to(int64_t last_ticks, int64_t bucket_ticks)
@@ -13,7 +14,8 @@ constexpr uint64_t buckets_up_to(int64_t last_ticks, int64_t bucket_ticks)
     return static_cast<uint64_t>(last_ticks / bucket_ticks) + 1;
 }
 
-/// The width of the buckets, 27 MHz, of a recording whose last packet has that time.
+/// The width of the buckets, 27 MHz ticks, of a recording whose last packet has that time: there are at most
+/// bucket_limit of them.
 constexpr int64_t bucket_ticks_of(int64_t last_ticks)
 {
     int64_t width = first_bucket_ticks;

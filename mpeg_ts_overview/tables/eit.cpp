@@ -3,6 +3,18 @@
 #include "mpeg12_ts/bit_reader.h"
 #include "mpeg_ts_overview/tables/dvb_time.h"
 
+std::optional<int64_t> eit_event::start_utc_s() const
+{
+    bit_reader in = start_time.reader();
+    return read_utc_time(in);
+}
+
+std::optional<uint32_t> eit_event::duration_s() const
+{
+    bit_reader in = duration.reader();
+    return read_bcd_duration(in);
+}
+
 std::optional<eit> read_eit(const table_section &section)
 {
     eit information;
@@ -20,8 +32,8 @@ std::optional<eit> read_eit(const table_section &section)
     while (in.has(12)) {
         eit_event event;
         event.event_id = static_cast<uint16_t>(in.bits(16));
-        event.start_utc_s = read_utc_time(in);
-        event.duration_s = read_bcd_duration(in);
+        event.start_time = *take_range(in, 5);
+        event.duration = *take_range(in, 3);
         event.running_status = static_cast<uint8_t>(in.bits(3));
         event.free_CA_mode = in.bits(1) != 0;
         const unsigned descriptors_loop_length = in.bits(12);

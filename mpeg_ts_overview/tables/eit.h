@@ -27,11 +27,16 @@ constexpr bool is_eit_schedule(uint8_t table_id)
 
 struct eit_event {
     uint16_t event_id = 0;
-    std::optional<int64_t> start_utc_s; ///< seconds since 1970-01-01T00:00:00Z; none when undefined
-    std::optional<uint32_t> duration_s; ///< none when undefined
-    uint8_t running_status = 0;         ///< 0 to 7
+    byte_range start_time;      ///< MJD and UTC, 5 bytes
+    byte_range duration;        ///< 3 bytes
+    uint8_t running_status = 0; ///< 0 to 7
     bool free_CA_mode = false;
     byte_range descriptors;
+
+    /// Seconds since 1970-01-01T00:00:00Z; none when undefined.
+    std::optional<int64_t> start_utc_s() const;
+    /// None when undefined.
+    std::optional<uint32_t> duration_s() const;
 };
 
 struct eit {

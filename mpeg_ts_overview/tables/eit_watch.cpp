@@ -60,9 +60,8 @@ void eit_watch::on_eit(const table_section &section, const table_key &of_table)
 {
     const uint8_t number = section.header.section_number;
     if (number > 1) return;
-    if (first_arrivals.size() < present_following_limit || first_arrivals.count(of_table) != 0) {
-        std::optional<moment> &first = first_arrivals[of_table][number];
-        if (!first) first = section.at;
+    if (arrivals *const table = arrivals_of(of_table)) {
+        if (!table->first[number]) table->first[number] = section.at;
     } else {
         ++dropped;
     }
@@ -72,6 +71,16 @@ void eit_watch::on_eit(const table_section &section, const table_key &of_table)
     service_state &service = services[service_id];
     service.came = true;
     if (service.runs) watch.arrive(service.clocks[number], section.at, section_of(service_id, number));
+}
+
+/// When the sections of the table came; null when there is no room for it.
+eit_watch::arrivals *eit_watch::arrivals_of(const table_key &of_table)
+{
+    if (const uint32_t *const place = places_of.find(of_table)) return &first_arrivals[*place];
+    if (first_arrivals.size() == present_following_limit) return nullptr;
+    places_of[of_table] = static_cast<uint32_t>(first_arrivals.size());
+    first_arrivals.push_back({of_table, {}});
+    return &first_arrivals.back();
 }
 
 /// Starts the clocks of the service where they have to run, and ends them where not.
@@ -100,6 +109,8 @@ void eit_watch::finish(const moment &end_of_recording)
 {
     for (auto &[service_id, service] : services)
         if (service.runs) end(service_id, service, end_of_recording);
+    std::sort(first_arrivals.begin(), first_arrivals.end(),
+              [](const arrivals &a, const arrivals &b) { return a.key < b.key; });
     judge_halves(end_of_recording, false);
     if (stretches.last_sure()) judge_halves(*stretches.last_sure(), true);
 }
@@ -108,9 +119,7 @@ void eit_watch::finish(const moment &end_of_recording)
 void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_only)
 {
     const size_t number = sure_times_only ? 1 : 0;
-    for (const auto &table : first_arrivals) {
-        const auto &key = table.first;
-        const auto &first = table.second;
+    for (const auto &[key, first] : first_arrivals) {
         const bool is_actual = key.table_id == eit_present_following_actual_table_id;
         const int64_t limit =
             is_actual ? eit_present_following_interval_ticks : eit_present_following_other_interval_ticks;
@@ -122,9 +131,9 @@ void eit_watch::judge_halves(const moment &end_of_recording, bool sure_times_onl
         const bool was_long_enough = waited && *waited >= limit;
         measured[number] = measured[number] || is_whole || was_long_enough;
         if (is_whole || !was_long_enough) continue;
-        log_violation(halves[number], half, key.pid, [&] {
-            return fmt::format("service 0x{:04X}: section {} never came", key.table_id_extension.value_or(0),
-                               first[0] ? 1 : 0);
+        const uint16_t service_id = key.table_id_extension.value_or(0);
+        log_violation(halves[number], half, key.pid, [service_id, missing = first[0] ? 1 : 0] {
+            return fmt::format("service 0x{:04X}: section {} never came", service_id, missing);
         });
     }
 }

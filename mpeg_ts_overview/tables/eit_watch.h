@@ -2,6 +2,7 @@
 // whether both of its sections come, 3.6c.
 #pragma once
 
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/program_map.h"
 #include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/tables/section.h"
@@ -10,9 +11,9 @@
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 /// Of so many services, or of so many tables of others, both sections are waited for.
 constexpr size_t present_following_limit = 16384;
@@ -51,10 +52,15 @@ private:
         bool runs = false;                      ///< the clocks do: it is listed and has the flag
         std::array<repetition_clock, 2> clocks; ///< by section_number
     };
-    using arrivals = std::array<std::optional<moment>, 2>;
+    /// When the sections of a table came first, by section_number.
+    struct arrivals {
+        table_key key;
+        std::array<std::optional<moment>, 2> first;
+    };
 
     void on_sdt(const table_section &section);
     void on_eit(const table_section &section, const table_key &of_table);
+    arrivals *arrivals_of(const table_key &of_table);
     void decide(uint16_t service_id, service_state &service, const moment &at);
     void end(uint16_t service_id, service_state &service, const moment &at);
     void judge_halves(const moment &end, bool sure_times_only);
@@ -66,7 +72,8 @@ private:
     std::unordered_map<uint16_t, service_state> services;
     section_lists<uint16_t> flagged; ///< services by SDT section
     bool watched_service = false;
-    std::map<table_key, arrivals> first_arrivals;
+    std::vector<arrivals> first_arrivals;                    ///< in order of tables' first arrival
+    flat_map<table_key, uint32_t, table_key_hash> places_of; ///< in first_arrivals
     uint64_t dropped = 0;
     std::array<violation_log, 2> halves; ///< by all times, and by sure ones
     std::array<bool, 2> measured = {};   ///< likewise: a table was whole, or came long before the end

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mpeg12_ts/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 
 #include <array>
 #include <cstddef>
@@ -61,5 +62,5 @@ private:
     void decide(uint16_t pid);
 
     std::vector<uses> of_pid;
-    std::array<bool, mpeg_ts_pid_count> collected = {};
+    pid_array<bool> collected;
 };

@@ -3,11 +3,11 @@
 
 #include "mpeg12_ts/section_collector.h"
 #include "mpeg_ts_overview/input/packet.h"
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/tables/pid_directory.h"
 #include "mpeg_ts_overview/tables/section_consumer.h"
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -40,6 +40,6 @@ private:
     void take_sections(pid_collector &collector, const ts_packet &packet, section_consumer &consumer);
 
     const pid_directory &directory;
-    std::array<std::unique_ptr<pid_collector>, mpeg_ts_pid_count> collectors;
+    pid_array<std::unique_ptr<pid_collector>> collectors;
     std::vector<pid_collector *> in_use; ///< those that there are
 };

@@ -65,7 +65,15 @@ void standard_detection::on_section(const table_section &section)
     if (is_dvb_table(table_id)) is_dvb = true;
     if (table_id == nit_actual_table_id || table_id == nit_other_table_id) look_at_network(section);
     if (table_id == pat_table_id) is_partial |= directory.is(selection_information_pid, pid_use::network);
-    if (table_id == pmt_table_id && !is_partial) is_partial = is_blu_ray(section);
+    if (table_id == pmt_table_id) look_at_map(section);
+}
+
+/// A PMT comes ten times a second, and seldom says anything new.
+void standard_detection::look_at_map(const table_section &section)
+{
+    if (is_partial || last_map[section.pid] == section.crc_32) return;
+    last_map[section.pid] = section.crc_32;
+    is_partial = is_blu_ray(section);
 }
 
 void standard_detection::look_at_network(const table_section &section)

@@ -1,9 +1,11 @@
 // Which standard a recording follows, told by the tables that only one of them has.
 #pragma once
 
+#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/tables/pid_directory.h"
 #include "mpeg_ts_overview/tables/section.h"
 
+#include <cstdint>
 #include <optional>
 
 class standard_detection {
@@ -21,6 +23,7 @@ public:
 
 private:
     void look_at_network(const table_section &section);
+    void look_at_map(const table_section &section);
 
     const pid_directory &directory;
     std::optional<bool> told_atsc;
@@ -28,4 +31,5 @@ private:
     bool is_isdb = false;
     bool is_partial = false;
     bool is_dvb = false;
+    pid_array<std::optional<uint32_t>> last_map; ///< CRC_32 of the PMT that was looked at last
 };

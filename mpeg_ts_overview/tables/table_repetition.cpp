@@ -1,7 +1,6 @@
 #include "mpeg_ts_overview/tables/table_repetition.h"
 
 #include <algorithm>
-#include <map>
 
 namespace {
 
@@ -22,83 +21,101 @@ uint8_t last_of(const table_section &section)
 
 } // namespace
 
-void table_repetition::on_section(const table_section &section, const table_key &of_table)
+size_t table_repetition::table_clocks::first_from(size_t section_number) const
 {
-    const bool is_the_only_one = awaited == awaited_sections::of_one_table && !tables.empty();
-    const table_key &key = is_the_only_one ? tables.begin()->first : of_table;
-    const uint8_t number = section.header.section_number;
-
-    table_clocks *const clocks = clocks_of(section, key);
-    if (clocks == nullptr) return;
-    forget_above(last_of(section), key, *clocks, section.at);
-    const auto place = first_from(*clocks, number);
-    if (place != clocks->end() && place->section_number == number)
-        watch.arrive(place->clock, section.at, thing_of(key, number));
+    const auto place = std::lower_bound(numbers.begin(), numbers.end(), section_number);
+    return static_cast<size_t>(place - numbers.begin());
 }
 
-/// The clock of the section_number, or else of the next.
-table_repetition::table_clocks::iterator table_repetition::first_from(table_clocks &clocks,
-                                                                      size_t section_number)
+bool table_repetition::table_clocks::holds(uint8_t section_number) const
 {
-    return std::lower_bound(
-        clocks.begin(), clocks.end(), section_number,
-        [](const numbered_clock &one, size_t number) { return one.section_number < number; });
+    const size_t place = first_from(section_number);
+    return place < numbers.size() && numbers[place] == section_number;
+}
+
+void table_repetition::table_clocks::add(uint8_t section_number, const repetition_clock &clock)
+{
+    const auto place = static_cast<ptrdiff_t>(first_from(section_number));
+    numbers.insert(numbers.begin() + place, section_number);
+    clocks.insert(clocks.begin() + place, clock);
+}
+
+void table_repetition::on_section(const table_section &section, const table_key &of_table)
+{
+    const uint8_t number = section.header.section_number;
+
+    table_clocks *const table = clocks_of(section, of_table);
+    if (table == nullptr) return;
+    forget_above(last_of(section), *table, section.at);
+    if (!table->holds(number)) return;
+    watch.arrive(table->clocks[table->first_from(number)], section.at, thing_of(table->key, number));
+}
+
+/// The table, or null when none of its sections came.
+table_repetition::table_clocks *table_repetition::known_table(const table_key &of_table)
+{
+    if (awaited == awaited_sections::of_one_table) return tables.empty() ? nullptr : &tables.front();
+    const uint32_t *const place = places_of.find(of_table);
+    return place != nullptr ? &tables[*place] : nullptr;
 }
 
 /// The clocks of a table, among them those of all its sections that are waited for; null when there is no
 /// room.
 table_repetition::table_clocks *table_repetition::clocks_of(const table_section &section,
-                                                            const table_key &key)
+                                                            const table_key &of_table)
 {
-    const auto known = tables.find(key);
-    const bool is_new = known == tables.end();
+    table_clocks *table = known_table(of_table);
+    const bool is_new = table == nullptr;
     const uint8_t version = section.header.version_number;
-    if (!is_new) known->second.has_other_versions |= version != known->second.first_version;
+    if (!is_new) table->has_other_versions |= version != table->first_version;
     // Of a table all of whose numbers are waited for, those from 0 on are held.
-    size_t first = is_new ? 0 : known->second.size();
-    size_t fence = last_of(section) + size_t{1};
-    if (awaited == awaited_sections::that_have_come) {
-        first = section.header.section_number;
-        const auto here = is_new ? table_clocks::iterator() : first_from(known->second, first);
-        const bool is_held = !is_new && here != known->second.end() && here->section_number == first;
-        fence = first + (is_held ? 0 : 1);
-    }
-    if (first >= fence) return &known->second;
     const bool only_arrivals = awaited == awaited_sections::that_have_come;
+    size_t first = is_new ? 0 : table->numbers.size();
+    size_t fence = last_of(section) + size_t{1};
+    if (only_arrivals) {
+        const uint8_t number = section.header.section_number;
+        first = number;
+        fence = first + (!is_new && table->holds(number) ? 0 : 1);
+    }
+    if (first >= fence) return table;
     const uint64_t limit = only_arrivals ? arrival_clock_limit : repetition_clock_limit;
     if (clock_count + (fence - first) > limit || (is_new && tables.size() == repetition_table_limit)) {
         ++not_kept;
-        return is_new ? nullptr : &known->second;
+        return table;
     }
 
     clock_count += fence - first;
-    table_clocks &clocks = tables[key];
-    if (is_new) clocks.first_version = version;
+    if (is_new) {
+        places_of[of_table] = static_cast<uint32_t>(tables.size());
+        table = &tables.emplace_back();
+        table->key = of_table;
+        table->first_version = version;
+    }
     // Further numbers of a new version are waited for from now on.
-    const bool from_the_start = is_new || (only_arrivals && !clocks.has_other_versions);
+    const bool from_the_start = is_new || (only_arrivals && !table->has_other_versions);
     for (size_t number = first; number < fence; ++number)
-        clocks.insert(
-            first_from(clocks, number),
-            {static_cast<uint8_t>(number), from_the_start ? repetition_clock{} : watch.started(section.at)});
-    return &clocks;
+        table->add(static_cast<uint8_t>(number),
+                   from_the_start ? repetition_clock{} : watch.started(section.at));
+    return table;
 }
 
-void table_repetition::forget_above(uint8_t last, const table_key &key, table_clocks &clocks,
-                                    const moment &at)
+void table_repetition::forget_above(uint8_t last, table_clocks &table, const moment &at)
 {
-    const auto above = first_from(clocks, last + size_t{1});
-    for (auto gone = above; gone != clocks.end(); ++gone) {
-        watch.end(gone->clock, at, thing_of(key, gone->section_number));
+    const size_t kept = table.first_from(last + size_t{1});
+    for (size_t gone = kept; gone < table.numbers.size(); ++gone) {
+        watch.end(table.clocks[gone], at, thing_of(table.key, table.numbers[gone]));
         --clock_count;
     }
-    clocks.erase(above, clocks.end());
+    table.numbers.resize(kept);
+    table.clocks.resize(kept);
 }
 
 void table_repetition::finish(const moment &end, const watched_thing &missing)
 {
     if (tables.empty() && awaited == awaited_sections::of_one_table) watch.end_absent({}, end, missing);
-    std::map<table_key, table_clocks *> in_order;
-    for (auto &[key, clocks] : tables) in_order.emplace(key, &clocks);
-    for (const auto &[key, clocks] : in_order)
-        for (numbered_clock &one : *clocks) watch.end(one.clock, end, thing_of(key, one.section_number));
+    std::sort(tables.begin(), tables.end(),
+              [](const table_clocks &a, const table_clocks &b) { return a.key < b.key; });
+    for (table_clocks &table : tables)
+        for (size_t i = 0; i < table.numbers.size(); ++i)
+            watch.end(table.clocks[i], end, thing_of(table.key, table.numbers[i]));
 }

@@ -2,13 +2,14 @@
 // itself. A new version goes on with the clocks of the old one, and numbers above its last are forgotten.
 #pragma once
 
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/repetition_watch.h"
 #include "mpeg_ts_overview/tables/section.h"
 #include "mpeg_ts_overview/tables/table_key.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 /// So many sections of the tables of one kind are watched, each section_number by itself; more of those of
@@ -45,23 +46,28 @@ public:
     uint64_t sections_not_kept() const { return not_kept; }
 
 private:
-    struct numbered_clock {
-        uint8_t section_number = 0;
-        repetition_clock clock;
-    };
-    /// Of one table, by section_number.
-    struct table_clocks : std::vector<numbered_clock> {
+    /// Of one table; numbers stand by themselves, so that a search stays in one line of the cache.
+    struct table_clocks {
+        table_key key;
+        std::vector<uint8_t> numbers;         ///< of the sections that are watched, in order
+        std::vector<repetition_clock> clocks; ///< of each of them
         uint8_t first_version = 0;
         bool has_other_versions = false;
+
+        /// The place of the section_number, or else of the next.
+        size_t first_from(size_t section_number) const;
+        bool holds(uint8_t section_number) const;
+        void add(uint8_t section_number, const repetition_clock &clock);
     };
 
+    table_clocks *known_table(const table_key &of_table);
     table_clocks *clocks_of(const table_section &section, const table_key &of_table);
-    static table_clocks::iterator first_from(table_clocks &clocks, size_t section_number);
-    void forget_above(uint8_t last, const table_key &of_table, table_clocks &clocks, const moment &at);
+    void forget_above(uint8_t last, table_clocks &table, const moment &at);
 
     repetition_watch watch;
     awaited_sections awaited;
-    std::unordered_map<table_key, table_clocks, table_key_hash> tables;
+    std::vector<table_clocks> tables;                        ///< in order of first arrival
+    flat_map<table_key, uint32_t, table_key_hash> places_of; ///< in tables, unless there is only one
     uint64_t clock_count = 0;
     uint64_t not_kept = 0;
 };

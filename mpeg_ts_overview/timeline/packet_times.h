@@ -21,7 +21,7 @@ struct packet_times {
     /// The time of a packet of [first, fence), which are known.
     int64_t at(uint64_t packet) const
     {
-        if (span->source == time_source::arrival) return where->arrival[packet - where->first_index];
+        if (span->source == time_source::arrival) return where->arrival_of(packet);
         return span->on_line(packet);
     }
 

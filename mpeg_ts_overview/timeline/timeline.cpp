@@ -19,7 +19,7 @@ clock_packet clock_packet_of(const block &scanned, const scan_step &step)
     result.pid = packet.pid;
     result.discontinuity_indicator = packet.discontinuity_indicator;
     if (!step.repeats_previous) result.PCR = packet.PCR;
-    if (!scanned.arrival.empty()) result.arrival_ticks = scanned.arrival[step.index - scanned.first_index];
+    if (!scanned.arrival.empty()) result.arrival_ticks = scanned.arrival_of(step.index);
     return result;
 }
 

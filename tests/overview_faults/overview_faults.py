@@ -231,13 +231,14 @@ def standard_input():
 
 
 def constant_memory():
-    """300 MB in which no clock comes, and 300 MB behind the end of a clock."""
+    """300 MB in which no clock comes, 300 MB behind the end of a clock, and 300 MB without a packet."""
     null_packets = (bytes([0x47, 0x1F, 0xFF, 0x10]) + bytes(184)) * 20000
-    for beginning in (b"", contents(RECORDING)):
+    no_packets = bytes(len(null_packets))
+    for beginning, rest in ((b"", null_packets), (contents(RECORDING), null_packets), (contents(RECORDING), no_packets)):
         running = subprocess.Popen([PROGRAM, "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
         running.stdin.write(beginning)
         for _ in range(80):
-            running.stdin.write(null_packets)
+            running.stdin.write(rest)
         running.stdin.close()
         _, status, usage = os.wait4(running.pid, 0)
         assert status == 0

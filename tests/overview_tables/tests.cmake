@@ -1,6 +1,7 @@
 add_tests_of(overview_tables
     flat_map_test.cpp
     log_violation_test.cpp
+    pid_array_test.cpp
     pid_directory_test.cpp
     program_map_test.cpp
     repetition_watch_test.cpp

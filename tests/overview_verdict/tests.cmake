@@ -6,7 +6,8 @@ add_tests_of(overview_verdict
     healthy_broadcasts_test.cpp
     other_faults.cpp
     planted_faults_test.cpp
-    timed_multiplex.cpp)
+    timed_multiplex.cpp
+    unmeasured_test.cpp)
 target_link_libraries(overview_verdict_tests PRIVATE overview_driver)
 
 find_package(Python3 COMPONENTS Interpreter)
