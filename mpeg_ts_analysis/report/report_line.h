@@ -28,7 +28,7 @@ template <typename number_type>
 [[gnu::always_inline]] inline char *report_put_number(char *w, report_piece piece, number_type value)
 {
     using unsigned_type = std::conditional_t<sizeof(value) == 8, unsigned long long, unsigned>;
-    const auto number = static_cast<unsigned_type>(value);
+    const auto number = static_cast<unsigned_type>(+value);
     const number_field field = {piece.width, piece.zero_padded, piece.left_aligned};
 
     switch (piece.conversion) {

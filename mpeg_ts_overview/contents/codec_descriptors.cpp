@@ -1,8 +1,5 @@
 #include "mpeg_ts_overview/contents/codec_descriptors.h"
 
-#include <cstdint>
-#include <iterator>
-
 #include "mpeg_ts_overview/contents/codec_ac3.h"
 #include "mpeg_ts_overview/contents/codec_adts.h"
 #include "mpeg_ts_overview/contents/codec_h264.h"
@@ -10,6 +7,9 @@
 #include "mpeg_ts_overview/contents/codec_mpeg_audio.h"
 #include "mpeg_ts_overview/contents/codec_mpeg_video.h"
 #include "mpeg_ts_overview/tables/descriptor_loop.h"
+
+#include <cstdint>
+#include <iterator>
 
 namespace {
 

@@ -96,6 +96,8 @@ void programme_guide::on_atsc_eit(const table_section &section)
         event.duration_s = said.length_in_seconds;
         event.source = "atsc";
         const atsc_string title = string_in(said.title_text, "");
+        // In another language the extended text is another string of the same section.
+        if (title.language != event.language) origins[*place].ett_crc_32.reset();
         set_texts(event, {title.text, event.text, title.language});
     }
 }

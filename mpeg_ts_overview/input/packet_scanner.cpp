@@ -19,9 +19,9 @@ constexpr uint32_t continuity_counter = 0x0000000F;
 
 constexpr uint64_t counter_known = 16;
 
-constexpr unsigned pid_of(uint32_t header)
+constexpr uint16_t pid_of(uint32_t header)
 {
-    return (header >> 8) & 0x1FFF;
+    return static_cast<uint16_t>((header >> 8) & 0x1FFF);
 }
 
 /// True of a packet that a run may hold, whatever its counter.
@@ -139,7 +139,8 @@ bool packet_scanner::regain_sync(block &b)
     const uint8_t *const start = find_sync(p, b.fence, found);
     if (start == nullptr) {
         // What is left is too short to tell: the next block begins with it.
-        const ptrdiff_t reach = found.sync_offset + ptrdiff_t{trusted_sync_bytes - 1} * found.packet_size;
+        const auto reach =
+            static_cast<ptrdiff_t>(found.sync_offset + (trusted_sync_bytes - 1) * found.packet_size);
         p = std::max(p, b.fence - std::min(reach, b.fence - p));
         return false;
     }
@@ -158,7 +159,7 @@ bool packet_scanner::regain_sync(block &b)
 /// Takes the slot without a sync byte. Returns false when the block ends before it can be told what it is.
 bool packet_scanner::scan_bad_sync(block &b)
 {
-    const bool has_next = b.fence - p >= static_cast<ptrdiff_t>(2 * found.packet_size);
+    const bool has_next = b.fence - p >= 2 * static_cast<ptrdiff_t>(found.packet_size);
     if (!has_next && !at_end) return false;
 
     totals.sync_byte_errors++;
@@ -184,7 +185,7 @@ void packet_scanner::scan_packets(block &b)
         }
         if (found.sync_offset != 0 && !note_arrival(b, p)) add_step(b, step_kind::arrival_break, 0);
         const uint32_t header = big_endian_32(start);
-        const unsigned pid = pid_of(header);
+        const uint16_t pid = pid_of(header);
         const uint64_t expected = (last[pid] + 1) & continuity_counter;
         const bool in_sequence =
             (last[pid] & counter_known) != 0 && (header & continuity_counter) == expected;
@@ -231,7 +232,7 @@ uint32_t packet_scanner::run_length(block &b, uint32_t header)
 
 void packet_scanner::scan_packet(block &b, uint32_t header)
 {
-    const unsigned pid = pid_of(header);
+    const uint16_t pid = pid_of(header);
     const uint8_t *const start = p + found.sync_offset;
     const uint64_t before = last[pid];
     constexpr uint8_t discontinuity_indicator_or_PCR_flag = 0x90;

@@ -10,11 +10,12 @@ trap 'rm -rf "$scratch"' EXIT
 fail() { echo "$*"; exit 1; }
 
 cmake --install "$build" --prefix "$scratch/first place" >/dev/null
-# Nothing in the tree may know where it was built or installed, but for counts of coverage, which go to the build.
+# Nothing in the tree may know where it was built or installed, but for counts of coverage, which go to the build, and for
+# reports of sanitizers, which name the source.
 root="$scratch/second"
 mv "$scratch/first place" "$root"
 case $flags in
-*coverage*) ;;
+*coverage* | *-fsanitize*) ;;
 *) if grep -rlF -e "$scratch" -e "$build" "$root"; then fail "the files above name the place of the build"; fi ;;
 esac
 

@@ -56,6 +56,18 @@ TEST_F(atsc_guide_found, an_extended_text_is_of_its_event_in_the_language_of_the
     EXPECT_EQ(event.language, "spa");
 }
 
+TEST_F(atsc_guide_found, a_title_in_another_language_has_the_extended_text_follow)
+{
+    const bytes two_strings = join({hex("02"), text_bytes("eng"), hex("01 00 00 03"), text_bytes("one"),
+                                    text_bytes("spa"), hex("01 00 00 03"), text_bytes("uno")});
+    const bytes extended = ett_section(9u << 16 | 5 << 2 | 2, two_strings);
+    receive(atsc_eit_section(9, {atsc_eit_entry(5, 0, 0, multiple_string("News", "eng"))}));
+    receive(extended);
+    receive(atsc_eit_section(9, {atsc_eit_entry(5, 0, 0, multiple_string("Noticias", "spa"))}, version(1)));
+    receive(extended);
+    EXPECT_EQ(found().text, "uno");
+}
+
 TEST_F(atsc_guide_found, an_extended_text_in_another_language_is_better_than_none)
 {
     receive(atsc_eit_section(9, {atsc_eit_entry(5, 0, 0, multiple_string("News", "spa"))}));

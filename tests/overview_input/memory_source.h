@@ -5,14 +5,13 @@
 #include "tests/support/stream_builder.h"
 
 #include <algorithm>
-#include <cstring>
 
 /// Gives the bytes in pieces of at most piece bytes.
 inline byte_source source_of(bytes stream, size_t piece = size_t{1} << 30)
 {
     return [stream = std::move(stream), piece, at = size_t{0}](uint8_t *to, size_t size) mutable {
         const size_t given = std::min({size, piece, stream.size() - at});
-        std::memcpy(to, stream.data() + at, given);
+        std::copy_n(stream.begin() + static_cast<ptrdiff_t>(at), given, to);
         at += given;
         return static_cast<ptrdiff_t>(given);
     };

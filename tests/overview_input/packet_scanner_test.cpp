@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace {
 
 /// So many packets of one PID in sequence, their payload without sync bytes.

@@ -93,5 +93,5 @@ def make(name, folder):
     command = ["ffmpeg", "-nostdin", "-v", "error", "-y"] + inputs + ["-i", subtitles]
     command += arguments_of(name).split() + ["-t", str(SECONDS), "-threads", "1"]
     command += ["-f", "mpegts", path]
-    subprocess.run(command, check=True, timeout=120, preexec_fn=limit_file_size)
+    subprocess.run(command, check=True, timeout=600, preexec_fn=limit_file_size)
     return path

@@ -7,6 +7,15 @@
 #include <string>
 #include <vector>
 
+/// False where the C library's converters are not installed, as beside a cross compiler.
+inline bool can_judge_text()
+{
+    const iconv_t descriptor = iconv_open("UTF-32BE", "UTF-8");
+    const bool can = descriptor != reinterpret_cast<iconv_t>(-1);
+    if (can) iconv_close(descriptor);
+    return can;
+}
+
 /// True when the C library can read all of the text as UTF-8.
 inline bool is_well_formed(std::string text)
 {

@@ -1,5 +1,5 @@
 #!/bin/sh
-# run_page_tests.sh MAKE_PAGES: the page in Chromium; status 77 where what it takes is not there.
+# run_in_browser.sh TEST.py [ARGUMENTS]: tests of a page in Chromium; status 77 where what they take is not there.
 set -eu
 for wanted in chromium chromedriver; do
     command -v "$wanted" >/dev/null && continue
@@ -14,4 +14,4 @@ done
     echo "python3-selenium is not here: skipped"
     exit 77
 }
-exec "$python" "$(dirname "$0")/page_test.py" "$1"
+exec "$python" "$@"
