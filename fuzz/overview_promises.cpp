@@ -183,7 +183,7 @@ void promise_table(const table_facts &row)
 {
     std::set<unsigned> versions;
     for (const table_version &version : row.versions) {
-        fuzz_promise(version.version < 32 && versions.insert(version.version).second);
+        fuzz_promise(version.version < 32 && versions.insert(static_cast<unsigned>(version.version)).second);
     }
     fuzz_promise(row.sections > 0 && row.interval_ticks.count < row.sections);
     fuzz_promise(row.changed_under_same_version < row.sections && !row.name.empty());

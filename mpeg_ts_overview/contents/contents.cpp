@@ -79,5 +79,7 @@ void recording_contents::note_limits(overview &found) const
     note("guide", guide_event_limit, found.guide.not_kept);
     note("guide texts", guide_text_limit, found.guide.text_bytes_not_kept);
     note("cues", cue_limit, found.cues.not_kept);
+    note("headers sought", sought_header_limit, headers.not_found());
+    note("teletext PIDs", teletext_pid_limit, teletext.pids_not_kept());
     note("teletext", teletext_page_limit, found.teletext.not_kept);
 }

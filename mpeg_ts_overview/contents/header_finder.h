@@ -40,6 +40,9 @@ public:
     /// True when packets are of no more use: the header is found, or given up.
     bool is_done() const { return tries_left == 0; }
 
+    /// True while it has room for a piece.
+    bool has_room() const { return piece.capacity() > 0; }
+
     /// What was found.
     const std::optional<codec_details> &details() const { return found; }
 

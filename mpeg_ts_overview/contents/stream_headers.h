@@ -11,6 +11,9 @@
 #include <memory>
 #include <vector>
 
+/// Headers of so many streams are sought at once; of further ones only when one of those is done.
+constexpr size_t sought_header_limit = 512;
+
 class stream_headers {
 public:
     /// A program has a stream of that family on the PID. A header that was found in one of another family
@@ -28,6 +31,10 @@ public:
     /// No more packets come.
     void on_end();
 
+    /// Streams of which packets were passed over because headers of too many were sought, and no header was
+    /// found.
+    uint64_t not_found() const;
+
     /// What the header on the PID, a stream of that family, says; or null.
     const codec_details *details_of(uint16_t pid, codec_family family) const;
 
@@ -35,9 +42,11 @@ private:
     struct search {
         codec_family family;
         header_finder finder;
+        bool passed_over = false;
     };
 
     pid_array<bool> wanted;
     pid_array<uint16_t> number_of; ///< 1 + place in searches; 0: none
     std::vector<std::unique_ptr<search>> searches;
+    size_t rooms = 0; ///< of finders, for their pieces
 };

@@ -61,7 +61,9 @@ bool is_page_number(unsigned two_digits)
 void teletext_pages::on_packet(const ts_packet &packet, const packet_sequence &sequence)
 {
     if (sequence.duplicate) return;
-    service &to = service_of(packet.pid);
+    service *const found = service_of(packet.pid);
+    if (found == nullptr) return;
+    service &to = *found;
     const bool unreadable = packet.transport_error_indicator || packet.transport_scrambling_control != 0;
 
     if (sequence.broken || unreadable) drop(to);
@@ -75,15 +77,22 @@ void teletext_pages::on_sync_loss()
     for (const std::unique_ptr<service> &lost : services) drop(*lost);
 }
 
-teletext_pages::service &teletext_pages::service_of(uint16_t pid)
+/// What is received on the PID; null when there is no room for it.
+teletext_pages::service *teletext_pages::service_of(uint16_t pid)
 {
     uint16_t &number = service_number[pid];
+    if (number == no_service) return nullptr;
+    if (number == 0 && services.size() == teletext_pid_limit) {
+        number = no_service;
+        ++dropped_pids;
+        return nullptr;
+    }
     if (number == 0) {
         services.push_back(std::make_unique<service>());
         services.back()->pid = pid;
         number = static_cast<uint16_t>(services.size());
     }
-    return *services[number - 1u];
+    return services[number - 1u].get();
 }
 
 void teletext_pages::drop(service &from)

@@ -18,6 +18,9 @@
 
 constexpr size_t teletext_page_limit = 2000;
 
+/// PIDs with teletext beyond these are not looked at.
+constexpr size_t teletext_pid_limit = 256;
+
 /// A page is received from its header to the next header of its magazine, in serial mode (C11) to that of any
 /// magazine; what packet loss or the end of the recording cuts short does not count. Pages with a hexadecimal
 /// digit are data for receivers, or fill time: they end a reception and are none. Rows that do not come stay
@@ -32,6 +35,9 @@ public:
 
     /// The pages by PID, page and subcode; not_kept counts receptions.
     teletext_facts finish() const;
+
+    /// PIDs with teletext beyond the limit.
+    uint64_t pids_not_kept() const { return dropped_pids; }
 
 private:
     using page_rows = std::array<teletext_row, teletext_row_count>;
@@ -59,15 +65,18 @@ private:
         page_rows rows;
     };
 
-    service &service_of(uint16_t pid);
+    service *service_of(uint16_t pid);
     static void drop(service &from);
     void take_unit(service &to, const uint8_t *unit, const moment &at);
     void take_header(service &to, unsigned magazine, const uint8_t *block, const moment &at);
     void complete(uint16_t pid, reception &received);
     known_page *page_of(uint16_t pid, const reception &received);
 
-    std::array<uint16_t, mpeg_ts_pid_count> service_number = {}; ///< 1 + place in services; 0: none
+    /// 1 + place in services; 0: none yet; no_service: no room for one.
+    std::array<uint16_t, mpeg_ts_pid_count> service_number = {};
+    static constexpr uint16_t no_service = 0xFFFF;
     std::vector<std::unique_ptr<service>> services;
     std::unordered_map<uint64_t, std::unique_ptr<known_page>> pages; ///< by PID, page and subcode
     uint64_t not_kept = 0;
+    uint64_t dropped_pids = 0;
 };

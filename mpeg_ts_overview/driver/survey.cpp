@@ -167,7 +167,7 @@ void survey::finish(const timeline &known, const moment &end, overview &found)
     found.standard = tables.standard();
     found.programs = tables.programs().facts();
     contents.finish(found);
-    found.tables = tables.rows().facts();
+    found.tables = tables.take_rows();
     found.transcript = words.finish();
     found.breaks = breaks;
     found.checks = judge({.faults = faults,

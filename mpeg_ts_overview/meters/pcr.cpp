@@ -20,6 +20,13 @@ bool is_clock(const recording_end &end, uint16_t pid)
     return std::find(end.clock_pids.begin(), end.clock_pids.end(), pid) != end.clock_pids.end();
 }
 
+/// Takes the points behind that packet out of windows that follow each other.
+void drop_behind(std::vector<pcr_window> &windows, uint64_t packet)
+{
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
+        if (!window->drop_behind(packet)) return;
+}
+
 } // namespace
 
 pcr_meter::pcr_meter(const time_stretches &stretches, int64_t interval_limit_ticks, double accuracy_limit_ns)
@@ -68,8 +75,7 @@ void pcr_meter::on_continuity_error(std::optional<uint64_t> last_packet_before)
             clocks[place].window.clear();
     }
     if (last_packet_before)
-        for (const uint16_t place : with_closed)
-            for (pcr_window &window : clocks[place].closed) window.drop_behind(*last_packet_before);
+        for (const uint16_t place : with_closed) drop_behind(clocks[place].closed, *last_packet_before);
     close_windows();
 }
 

@@ -19,9 +19,10 @@ void pcr_window::add(const ts_packet &packet, int64_t pcr_ticks)
                       packet.arrival_ticks.value_or(0)});
 }
 
-void pcr_window::drop_behind(uint64_t packet)
+bool pcr_window::drop_behind(uint64_t packet)
 {
     while (!points.empty() && points.back().packet > packet) points.pop_back();
+    return points.empty();
 }
 
 void pcr_window::clear()

@@ -29,8 +29,8 @@ public:
     /// The PCR of a packet, that many ticks of PCR behind the one before.
     void add(const ts_packet &packet, int64_t pcr_ticks);
 
-    /// Points behind that packet are taken out.
-    void drop_behind(uint64_t packet);
+    /// Points behind that packet are taken out. Returns true when none is left.
+    bool drop_behind(uint64_t packet);
 
     void clear();
 

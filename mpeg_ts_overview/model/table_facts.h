@@ -5,13 +5,23 @@
 #include "mpeg_ts_overview/model/moment.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
 
+/// Small, because a recording may have 32 of them of each of 65536 tables.
 struct table_version {
-    unsigned version = 0; ///< 0 to 31
-    moment first;
+    uint64_t version : 8;       ///< 0 to 31
+    uint64_t first_packet : 56; ///< index
+    int64_t first_ticks;        ///< 27 MHz, or no_ticks
+    static constexpr int64_t no_ticks = std::numeric_limits<int64_t>::min();
+
+    table_version(uint8_t version_number, const moment &first)
+        : version(version_number), first_packet(first.packet & 0xFFFFFFFFFFFFFF),
+          first_ticks(first.ticks.value_or(no_ticks))
+    {
+    }
 };
 
 struct table_facts {

@@ -39,10 +39,12 @@ ordered_json json_of(const std::optional<service_kind> &kind)
 
 ordered_json json_of_version(const table_version &version)
 {
+    std::optional<int64_t> first_ticks;
+    if (version.first_ticks != table_version::no_ticks) first_ticks = version.first_ticks;
     return {
-        {"version",      version.version                  },
-        {"first_s",      json_seconds(version.first.ticks)},
-        {"first_packet", version.first.packet             }
+        {"version",      uint64_t{version.version}     },
+        {"first_s",      json_seconds(first_ticks)     },
+        {"first_packet", uint64_t{version.first_packet}}
     };
 }
 

@@ -16,7 +16,7 @@
 #include <vector>
 
 /// Of so many services, or of so many tables of others, both sections are waited for.
-constexpr size_t present_following_limit = 65536;
+constexpr size_t present_following_limit = 16384;
 
 class eit_watch {
 public:

@@ -28,7 +28,7 @@ pid_use use_of(const pat_entry &entry)
 } // namespace
 
 program_map::program_map(pid_directory &uses)
-    : directory(uses), roles(mpeg_ts_pid_count), listings(mpeg_ts_pid_count)
+    : directory(uses), roles(mpeg_ts_pid_count), listings(mpeg_ts_pid_count), refreshed(mpeg_ts_pid_count)
 {
 }
 
@@ -36,6 +36,7 @@ void program_map::on_section(const table_section &section)
 {
     listing.clear();
     changed.clear();
+    ++change_number;
     if (!is_long(section) || !is_current(section)) return;
     if (section.pid == pat_pid && section.header.table_id == pat_table_id)
         on_pat(section);
@@ -85,24 +86,28 @@ void program_map::replace_pat_section(unsigned section_number, std::vector<pat_e
 
 void program_map::settle(const std::set<uint32_t> &touched)
 {
-    // Programs may change places: all leave theirs before the first takes its new one.
-    std::vector<program *> moved;
+    struct moved_program {
+        uint32_t index;
+        bool stays; ///< listed, with the same PMT
+    };
+    std::vector<moved_program> moved;
     for (const uint32_t index : touched) {
-        program &which = programs[index];
+        const program &which = programs[index];
         const auto first = which.places.begin();
         const bool is_listed = first != which.places.end();
         if (is_listed && which.is_listed && first->first == which.place && first->second == which.pmt_pid)
             continue;
-        if (which.current) leave(which.place, which.last);
-        moved.push_back(&which);
+        moved.push_back({index, is_listed && which.is_listed && first->second == which.pmt_pid});
     }
-    for (program *which : moved) move(*which);
-    for (const program *which : moved) refresh(which->last);
+    for (const moved_program &one : moved) move(one.index);
+    // Of what only took another place, the streams that no other program lists are the same.
+    for (const moved_program &one : moved) refresh(programs[one.index].last, one.stays);
 }
 
 /// Takes a program to its first place in the PAT, or out of it.
-void program_map::move(program &which)
+void program_map::move(uint32_t index)
 {
+    program &which = programs[index];
     const auto first = which.places.begin();
     const bool is_listed = first != which.places.end();
     const bool stays = is_listed && which.is_listed && which.pmt_pid == first->second;
@@ -116,8 +121,8 @@ void program_map::move(program &which)
         which.pmt_pid = first->second;
         if (!stays) listing.push_back({which.number, which.pmt_pid, true});
     }
-    if (which.current) enter(which);
     if (!was_current || which.current) return;
+    leave(index, which.last);
     const bool had_clock = is_program_clock(which.last.pcr_pid);
     unname(which.last);
     note_clock(which.last.pcr_pid, had_clock);
@@ -142,8 +147,8 @@ void program_map::on_pmt(const table_section &section)
     which.ever_mapped = which.current = map_came = true;
     for (const auto &[pid, use] : which.last.names) directory.add(pid, use);
     if (was_current) unname(before);
-    if (was_current) leave(which.place, before);
-    enter(which);
+    if (was_current) leave(found->second, before);
+    enter(found->second);
     if (was_current) refresh(before);
     refresh(which.last);
     note_clock(before.pcr_pid, had_old_clock);
@@ -199,18 +204,25 @@ program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
     return kept;
 }
 
-void program_map::enter(const program &which)
+void program_map::enter(uint32_t index)
 {
+    const program &which = programs[index];
     std::optional<uint16_t> pcr_pid;
     if (which.last.pcr_pid != no_pcr_pid) pcr_pid = which.last.pcr_pid;
-    for (const kept_stream &stream : which.last.streams)
-        listings[stream.pid].emplace(which.place,
-                                     stream_role{stream.kind, stream.still_pictures, pcr_pid, which.number});
+    for (const kept_stream &stream : which.last.streams) {
+        auto &listed_by = listings[stream.pid];
+        listed_by.emplace(index, stream_role{stream.kind, stream.still_pictures, pcr_pid, which.number});
+        shared[stream.pid] = listed_by.size() > 1;
+    }
 }
 
-void program_map::leave(uint32_t place, const kept_map &map)
+void program_map::leave(uint32_t index, const kept_map &map)
 {
-    for (const kept_stream &stream : map.streams) listings[stream.pid].erase(place);
+    for (const kept_stream &stream : map.streams) {
+        auto &listed_by = listings[stream.pid];
+        listed_by.erase(index);
+        shared[stream.pid] = listed_by.size() > 1;
+    }
 }
 
 void program_map::unname(const kept_map &map)
@@ -218,11 +230,18 @@ void program_map::unname(const kept_map &map)
     for (const auto &[pid, use] : map.names) directory.remove(pid, use);
 }
 
-void program_map::refresh(const kept_map &map)
+/// Finds the roles of the streams anew, of each PID once a section.
+void program_map::refresh(const kept_map &map, bool shared_only)
 {
     for (const kept_stream &stream : map.streams) {
+        if ((shared_only && !shared[stream.pid]) || refreshed[stream.pid] == change_number) continue;
+        refreshed[stream.pid] = change_number;
         const auto &listed_by = listings[stream.pid];
-        const stream_role role = listed_by.empty() ? stream_role{} : listed_by.begin()->second;
+        const auto first =
+            std::min_element(listed_by.begin(), listed_by.end(), [this](const auto &a, const auto &b) {
+                return programs[a.first].place < programs[b.first].place;
+            });
+        const stream_role role = first == listed_by.end() ? stream_role{} : first->second;
         if (!are_equal(role, roles[stream.pid])) changed.push_back(stream.pid);
         roles[stream.pid] = role;
     }

@@ -11,6 +11,7 @@
 #include "mpeg_ts_overview/tables/stream_role.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -95,19 +96,22 @@ private:
     void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries,
                              std::set<uint32_t> &touched);
     void settle(const std::set<uint32_t> &touched);
-    void move(program &which);
+    void move(uint32_t index);
     void on_pmt(const table_section &section);
     kept_map keep(const pmt &map, uint32_t crc_32);
-    void enter(const program &which);
-    void leave(uint32_t place, const kept_map &map);
+    void enter(uint32_t index);
+    void leave(uint32_t index, const kept_map &map);
     void unname(const kept_map &map);
-    void refresh(const kept_map &map);
+    void refresh(const kept_map &map, bool shared_only = false);
     void note_clock(uint16_t pid, bool was_program_clock);
     uint32_t program_index(uint16_t number);
 
     pid_directory &directory;
     std::vector<stream_role> roles;
-    std::vector<std::map<uint32_t, stream_role>> listings; ///< per PID, by the program's place in the PAT
+    std::vector<std::map<uint32_t, stream_role>> listings; ///< per PID, by index of the program
+    std::bitset<mpeg_ts_pid_count> shared;                 ///< PIDs that several programs list
+    std::vector<uint64_t> refreshed; ///< per PID, the number of the last change that looked at its role
+    uint64_t change_number = 0;
     std::array<std::vector<pat_entry>, 256> pat_sections;
     std::array<uint32_t, 256> pat_crcs = {};
     std::vector<program> programs;

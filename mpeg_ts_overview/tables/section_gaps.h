@@ -12,7 +12,7 @@
 #include <optional>
 
 /// Of tables beyond so many gaps are not looked at.
-constexpr size_t gap_table_limit = 65536;
+constexpr size_t gap_table_limit = 16384;
 
 class section_gaps {
 public:

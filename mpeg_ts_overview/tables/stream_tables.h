@@ -53,6 +53,8 @@ public:
     const pid_directory &uses() const { return directory; }
     const section_router &sections() const { return router; }
     const table_rows &rows() const { return table_list; }
+    /// The rows; only their number that was not kept is known afterwards.
+    tables_facts take_rows() { return table_list.take_facts(); }
     const char *standard() const { return detection.name(); }
     /// True when a CAT came.
     bool had_cat() const { return cat_came; }

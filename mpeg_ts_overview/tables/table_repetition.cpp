@@ -78,7 +78,8 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
         fence = first + (!is_new && table->holds(number) ? 0 : 1);
     }
     if (first >= fence) return table;
-    if (clock_count + (fence - first) > (only_arrivals ? arrival_clock_limit : repetition_clock_limit)) {
+    const uint64_t limit = only_arrivals ? arrival_clock_limit : repetition_clock_limit;
+    if (clock_count + (fence - first) > limit || (is_new && tables.size() == repetition_table_limit)) {
         ++not_kept;
         return table;
     }

@@ -14,8 +14,10 @@
 
 /// So many sections of the tables of one kind are watched, each section_number by itself; more of those of
 /// which not every number is waited for.
-constexpr uint64_t repetition_clock_limit = 65536;
-constexpr uint64_t arrival_clock_limit = 262144;
+constexpr uint64_t repetition_clock_limit = 16384;
+constexpr uint64_t arrival_clock_limit = 131072;
+/// They are those of so many tables.
+constexpr size_t repetition_table_limit = 65536;
 
 /// Which sections are waited for: those of a table's first version from the start on, further ones of a new
 /// version from then on.

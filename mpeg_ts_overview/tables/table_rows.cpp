@@ -68,10 +68,10 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
 
 void table_rows::note_version(table_facts &row, const table_section &section)
 {
-    const unsigned version = section.header.version_number;
+    const uint8_t version = section.header.version_number;
     const auto is_it = [&](const table_version &known) { return known.version == version; };
     if (std::none_of(row.versions.begin(), row.versions.end(), is_it))
-        row.versions.push_back({version, section.at});
+        row.versions.emplace_back(version, section.at);
 }
 
 void table_rows::compare(table_facts &row, const section_record &before, const table_section &section)

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 constexpr uint64_t table_row_limit = 65536;
 constexpr uint64_t section_record_limit = 262144; ///< of one section_number each, of all rows together
@@ -20,6 +21,9 @@ public:
 
     /// The rows so far, in order of first arrival.
     const tables_facts &facts() const { return tables; }
+
+    /// Gives the rows away: there is room for them once.
+    tables_facts take_facts() { return std::exchange(tables, {{}, tables.not_kept}); }
 
     /// Sections that differ though their version is that of the last one of the same number.
     const violation_log &changed_under_same_version() const { return changed; }

@@ -132,7 +132,7 @@ void pcr_clock::hand_over(const clock_packet &packet)
     last_ticks = spans.back().on_line(packet.index);
     last = {packet.index, *packet.PCR, packet.arrival_ticks, true, false};
     clock_pid = packet.pid;
-    pids.push_back(clock_pid);
+    if (std::find(pids.begin(), pids.end(), clock_pid) == pids.end()) pids.push_back(clock_pid);
     without_point = false;
 }
 

@@ -42,7 +42,7 @@ public:
     std::optional<int64_t> duration_ticks() const { return end_ticks; }
 
     std::optional<uint16_t> first_clock_pid() const { return first_pid; }
-    /// Every PID that was the clock for a while, in order.
+    /// Every PID that was the clock for a while, once, in order.
     const std::vector<uint16_t> &clock_pids() const { return pids; }
     bool is_bitrate_constant() const { return steadiness.is_constant(); }
     /// Of each regular span in the first 65536 packets, arrival ticks by PCR ticks.

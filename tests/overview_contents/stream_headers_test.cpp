@@ -153,3 +153,20 @@ TEST_F(headers_found, duplicates_are_passed_over)
     headers.on_end();
     EXPECT_NE(headers.details_of(0x100, codec_family::mpeg_video), nullptr);
 }
+
+TEST(stream_headers, headers_of_512_streams_are_sought_at_once)
+{
+    stream_headers many;
+    const bytes begun = join({hex("000001 E0 0000 80 00 00"), repeated(0x55, 160)});
+    ts_packet packet;
+    packet.payload = begun.data();
+    packet.fence = begun.data() + begun.size();
+    packet.payload_unit_start_indicator = true;
+    for (uint16_t pid = 0x100; pid < 0x100 + 600; ++pid) {
+        many.look_for(pid, codec_family::mpeg_video);
+        packet.pid = pid;
+        many.on_packet(packet, {});
+    }
+    EXPECT_EQ(many.not_found(), 88u);
+    EXPECT_TRUE(many.wants(0x100 + 599)) << "as soon as there is room";
+}

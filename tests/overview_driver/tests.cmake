@@ -1,6 +1,7 @@
 add_tests_of(overview_driver
     command_line_test.cpp
     interrupt_test.cpp
+    limits_reached_test.cpp
     limit_value_test.cpp
     output_file_test.cpp
     overview_of_test.cpp

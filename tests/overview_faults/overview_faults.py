@@ -6,6 +6,7 @@ import resource
 import signal
 import stat
 import subprocess
+import sys
 import time
 
 from surroundings import (PROGRAM, RECORDING, contents, expect_files, expect_status, packet, run, run_case, small_pipe,
@@ -244,10 +245,35 @@ def constant_memory():
         assert usage.ru_maxrss < 64 * 1024, usage.ru_maxrss  # KiB
 
 
+def most_memory():
+    """A stream that fills every store: it takes no more than is promised, and every output says what was not kept."""
+    making = subprocess.Popen([sys.argv[4]], stdout=subprocess.PIPE)
+    with open("out.txt", "wb") as text:
+        running = subprocess.Popen([PROGRAM, "--json=out.json", "--html=out.html", "--text", "-"],
+                                   stdin=making.stdout, stdout=text)
+        making.stdout.close()
+        _, status, usage = os.wait4(running.pid, 0)
+    assert making.wait(60) == 0 and status == 0
+    print("peak memory:", usage.ru_maxrss, "KiB, processor time:", usage.ru_utime + usage.ru_stime, "s")
+    assert usage.ru_maxrss < 344000, usage.ru_maxrss
+
+    reached = {limit["what"]: limit for limit in json.loads(contents("out.json"))["limits_reached"]}
+    for what in ("guide", "cues", "headers sought", "teletext PIDs", "rate series", "transcript", "tables",
+                 "tables whose intervals are judged", "tables whose gaps are judged"):
+        assert reached[what]["dropped"] > 0, what
+    summary = " ".join(contents("out.txt").decode().split())
+    page = contents("out.html").decode()
+    for what, limit in reached.items():
+        assert f"{what} {limit['dropped']} (limit {limit['limit']})" in summary, what
+        assert json.dumps(limit, separators=(",", ":")) in page, what
+    assert usage.ru_utime < 60, usage.ru_utime
+
+
 CASES = [exit_statuses, outputs_are_renamed, what_is_replaced_stays_until_the_end, links_are_written_through,
          pipes_are_written_in_place, unwritable_folder, full_disk, file_size_limit, output_is_the_input,
          nothing_found_replaces_nothing, interrupt, termination, interrupt_before_any_packet,
-         interrupt_before_the_input_opens, second_interrupt, hang_up, closed_pipe, standard_input, constant_memory]
+         interrupt_before_the_input_opens, second_interrupt, hang_up, closed_pipe, standard_input, constant_memory,
+         most_memory]
 
 if __name__ == "__main__":
     run_case(CASES)

@@ -137,9 +137,9 @@ TEST_F(rows, versions_are_listed_once_each_in_order_of_arrival)
     }
     ASSERT_EQ(row(0).versions.size(), 3u);
     EXPECT_EQ(row(0).versions[0].version, 3u);
-    EXPECT_EQ(row(0).versions[0].first.packet, 0u);
+    EXPECT_EQ(row(0).versions[0].first_packet, 0u);
     EXPECT_EQ(row(0).versions[1].version, 31u);
-    EXPECT_EQ(row(0).versions[1].first.packet, 2u);
+    EXPECT_EQ(row(0).versions[1].first_packet, 2u);
     EXPECT_EQ(row(0).versions[2].version, 0u);
 }
 

@@ -212,7 +212,7 @@ void add_table(overview &found, uint16_t pid, uint8_t table_id, uint16_t extensi
     const double milliseconds = interval_s * 1000;
     facts.interval_ticks = extent_of(ticks_of_ms(milliseconds * 0.95), ticks_of_ms(milliseconds),
                                      ticks_of_ms(milliseconds * 1.08), facts.sections - 1);
-    facts.versions.push_back({extension % 32U, at_s(found, interval_s / 2)});
+    facts.versions.emplace_back(static_cast<uint8_t>(extension % 32U), at_s(found, interval_s / 2));
     found.tables.rows.push_back(facts);
 }
 
