@@ -40,6 +40,8 @@ private:
         uint32_t crc_32 = 0;                ///< of the section
         std::optional<uint32_t> gps_start;  ///< in ATSC
         std::optional<uint32_t> ett_crc_32; ///< of the section that its text is from, in ATSC
+        /// Size and checksum of the loop that all of its texts are from, in DVB.
+        std::optional<uint64_t> descriptors;
     };
 
     struct key_hash {
@@ -47,6 +49,7 @@ private:
     };
 
     void on_eit(const table_section &section);
+    void take_descriptors(size_t place, byte_range descriptors);
     void on_atsc_eit(const table_section &section);
     void on_ett(const table_section &section);
     void on_stt(const table_section &section);
