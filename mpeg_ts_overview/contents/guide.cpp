@@ -49,7 +49,8 @@ atsc_string string_in(byte_range structure, const std::string &language)
 size_t programme_guide::key_hash::operator()(uint32_t key) const
 {
     constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    return static_cast<size_t>(key * spread >> 32);
+    constexpr uint32_t neighbours = 4;
+    return static_cast<size_t>((key / neighbours * spread >> 32) * neighbours + key % neighbours);
 }
 
 void programme_guide::on_section(const table_section &section)
@@ -63,16 +64,28 @@ void programme_guide::on_section(const table_section &section)
     if (table_id == stt_table_id) on_stt(section);
 }
 
+void programme_guide::on_section_begun(const table_section &section) const
+{
+    constexpr size_t fixed_part = 6;
+    if (!is_actual(section.header.table_id)) return;
+    bit_reader in(section.body, section.body_fence);
+    in.skip(fixed_part);
+    const auto first_event_id = static_cast<uint16_t>(in.bits(16));
+    place_of.fetch(key_of(section.header.table_id_extension, first_event_id));
+}
+
 void programme_guide::on_eit(const table_section &section)
 {
     const std::optional<eit> information = read_eit(section);
     if (!information) return;
+    eit_event_loop events(information->events);
+    eit_event said;
     if (!is_actual(section.header.table_id)) {
-        facts.events_of_others += information->events.size();
+        while (events.next(said)) ++facts.events_of_others;
         return;
     }
     const bool is_present = source_of(section) == std::string_view("present");
-    for (const eit_event &said : information->events) {
+    while (events.next(said)) {
         const auto place = place_for(section, information->service_id, said.event_id);
         if (!place) continue;
         guide_event &event = facts.events[*place];

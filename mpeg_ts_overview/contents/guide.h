@@ -28,6 +28,9 @@ public:
     /// events.
     void on_section(const table_section &section);
 
+    /// Fetches what is remembered of the events of a section that comes soon and begins so.
+    void on_section_begun(const table_section &section) const;
+
     /// The events in order of first arrival. Those of ATSC have a start when an STT told how far GPS is ahead
     /// of UTC.
     guide_facts finish();
@@ -44,6 +47,7 @@ private:
         std::optional<uint64_t> descriptors;
     };
 
+    /// Events in a row, which mostly come together, stand together.
     struct key_hash {
         size_t operator()(uint32_t key) const;
     };

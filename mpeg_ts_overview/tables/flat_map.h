@@ -2,6 +2,8 @@
 // library takes three. For stores that come round so slowly that nothing of them is in the cache any more.
 #pragma once
 
+#include "mpeg_ts_overview/tables/fetch_to_cache.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -18,6 +20,12 @@ public:
         if (slots.empty()) return nullptr;
         slot &place = place_of(of);
         return place.used ? &place.held : nullptr;
+    }
+
+    /// Has the cache fetch the slot of a key, which is there some 100 ns later.
+    void fetch(const key &of) const
+    {
+        if (!slots.empty()) fetch_to_cache(slots[hash()(of) & (slots.size() - 1)]);
     }
 
     /// The value of a key, added with its defaults where there is none.

@@ -59,6 +59,14 @@ void stream_tables::on_section(const table_section &section)
     consumer->on_section(section);
 }
 
+void stream_tables::on_section_begun(const table_section &section)
+{
+    const table_key key = key_of(section);
+    table_list.fetch(section, key);
+    si_repetition.fetch(section, key);
+    consumer->on_section_begun(section);
+}
+
 void stream_tables::on_bad_section(const table_section &section)
 {
     misplaced_sections.on_bad_section(section);
