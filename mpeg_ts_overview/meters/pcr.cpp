@@ -37,8 +37,6 @@ pcr_meter::pcr_meter(const time_stretches &stretches, int64_t interval_limit_tic
 
 void pcr_meter::on_packet(const ts_packet &packet, const packet_sequence &sequence, bool is_program_clock)
 {
-    if (packet.at.stretch != stretch) close_windows();
-    stretch = packet.at.stretch;
     if (packet.transport_error_indicator) {
         close_windows();
         return;

@@ -95,7 +95,6 @@ private:
     violation_log leaps;
     pcr_fitter fits;
     bool has_program_clock = false;
-    int64_t stretch = 0;               ///< of the packet before
     pid_array<uint16_t> number_of;     ///< 1 + place in clocks; 0: none
     std::vector<pid_clock> clocks;     ///< in order of first mention
     std::vector<uint16_t> with_points; ///< places in clocks whose windows may hold points

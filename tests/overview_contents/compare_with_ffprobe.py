@@ -65,7 +65,7 @@ def expected(stream):
 
 
 def check(program, path, arguments):
-    subprocess.run(["ffmpeg", "-v", "error", "-y", *arguments, "-t", "0.6", "-f", "mpegts", path], check=True)
+    subprocess.run(["ffmpeg", "-v", "error", "-y", *arguments, "-t", "0.4", "-f", "mpegts", path], check=True)
     probed = json.loads(subprocess.run(["ffprobe", "-v", "error", "-show_streams", "-of", "json", path],
                                        check=True, capture_output=True).stdout)
     overview = json.loads(subprocess.run([program, "--json=-", path], check=True, capture_output=True).stdout)

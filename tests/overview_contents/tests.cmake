@@ -37,4 +37,4 @@ add_test(NAME overview_contents.details_are_those_of_ffprobe
          COMMAND python3 "${CMAKE_CURRENT_SOURCE_DIR}/overview_contents/compare_with_ffprobe.py"
                  $<TARGET_FILE:mpeg_ts_overview>)
 set_tests_properties(overview_contents.details_are_those_of_ffprobe
-                     PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900)
+                     PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900 COST 500)

@@ -175,19 +175,32 @@ TEST(pcr_straightness, a_window_closes_at_a_discontinuity_and_what_is_left_count
 
 TEST(pcr_straightness, a_window_closes_at_bad_slots_breaks_and_transport_errors_of_any_pid)
 {
-    for (const int kind : {0, 1, 2}) {
+    for (const bool transport_error : {false, true}) {
         straight_meter pcrs;
         pcrs.add(20);
-        if (kind == 0) pcrs.meter.on_disturbance();
-        if (kind == 1) pcrs.stretch = 1;
-        if (kind == 2) {
+        if (!transport_error) pcrs.meter.on_disturbance();
+        if (transport_error) {
             ts_packet broken = packet_of(0x1FFF, moment_at(195, 195 * ms));
             broken.transport_error_indicator = true;
             pcrs.meter.on_packet(broken, {}, false);
         }
         pcrs.add(20);
-        EXPECT_EQ(pcrs.row().residual_series.size(), 2u) << kind;
+        EXPECT_EQ(pcrs.row().residual_series.size(), 2u) << transport_error;
     }
+}
+
+TEST(pcr_straightness, a_window_goes_on_into_an_irregular_span_to_its_end)
+{
+    straight_meter pcrs;
+    pcrs.add(20);
+    pcrs.stretch = -1;
+    pcrs.add(25);
+    pcrs.stretch = 1;
+    pcrs.meter.on_disturbance();
+    pcrs.add(30);
+    const pcr_facts row = pcrs.row();
+    ASSERT_EQ(row.residual_series.size(), 2u);
+    EXPECT_EQ(row.residual_series[1].ticks, 450 * ms);
 }
 
 TEST(pcr_straightness, copies_close_no_window)

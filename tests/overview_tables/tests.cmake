@@ -3,6 +3,7 @@ add_tests_of(overview_tables
     log_violation_test.cpp
     pid_array_test.cpp
     pid_directory_test.cpp
+    program_map_random_test.cpp
     program_map_test.cpp
     repetition_watch_test.cpp
     section_router_test.cpp

@@ -16,5 +16,5 @@ if(Python3_FOUND)
              COMMAND ${Python3_EXECUTABLE} "${CMAKE_CURRENT_SOURCE_DIR}/overview_verdict/healthy.py"
                      $<TARGET_FILE:mpeg_ts_overview> "${CMAKE_SOURCE_DIR}/samples"
                      "${CMAKE_BINARY_DIR}/generated/healthy")
-    set_tests_properties(overview_verdict.healthy PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900)
+    set_tests_properties(overview_verdict.healthy PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 900 COST 500)
 endif()
