@@ -22,10 +22,13 @@ public:
         return place.used ? &place.held : nullptr;
     }
 
-    /// Has the cache fetch the slot of a key, which is there some 100 ns later.
+    /// Has the cache fetch the slot of a key, and the next, where it often is; it is there some 100 ns later.
     void fetch(const key &of) const
     {
-        if (!slots.empty()) fetch_to_cache(slots[hash()(of) & (slots.size() - 1)]);
+        if (slots.empty()) return;
+        const size_t place = hash()(of) & (slots.size() - 1);
+        fetch_to_cache(slots[place]);
+        fetch_to_cache(slots[(place + 1) & (slots.size() - 1)]);
     }
 
     /// The value of a key, added with its defaults where there is none.

@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/tables/table_rows.h"
 
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/fetch_to_cache.h"
 #include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/table_name.h"
 
@@ -75,7 +76,11 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
 
 void table_rows::fetch(const table_section &section, const table_key &of_table)
 {
-    if (const uint32_t *const place = row_of.find(of_table)) records.fetch(number_of(*place, section));
+    const uint32_t *const place = row_of.find(of_table);
+    if (place == nullptr) return;
+    records.fetch(number_of(*place, section));
+    fetch_to_cache(tables.rows[*place - 1].sections);
+    fetch_to_cache(tables.rows[*place - 1].interval_ticks);
 }
 
 void table_rows::note_version(table_facts &row, const table_section &section)
