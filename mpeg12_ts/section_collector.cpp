@@ -128,6 +128,20 @@ bool mpeg_ts_section_collector_next(mpeg_ts_section_collector *collector, mpeg_t
     return false;
 }
 
+bool mpeg_ts_section_collector_in_hand(const mpeg_ts_section_collector *collector, mpeg_ts_section *section)
+{
+    if (collector->whole || collector->held < long_header_size) return false;
+    const uint8_t *const p = collector->storage;
+    *section = mpeg_ts_section{};
+    section->header = decode_header(bit_reader(p, p + collector->held));
+    section->start = p;
+    section->fence = section->body_fence = p + collector->held;
+    section->body =
+        p + (section->header.section_syntax_indicator == 1 ? long_header_size : short_header_size);
+    section->begun = collector->begun;
+    return true;
+}
+
 void mpeg_ts_section_collector_drop(mpeg_ts_section_collector *collector)
 {
     if (collector->held > 0) ++collector->incomplete;

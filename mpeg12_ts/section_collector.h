@@ -50,5 +50,9 @@ void mpeg_ts_section_collector_packet(mpeg_ts_section_collector *collector, cons
 /// Takes the next section that ends in the packet handed over last; false when there is none.
 bool mpeg_ts_section_collector_next(mpeg_ts_section_collector *collector, mpeg_ts_section *section);
 
+/// Describes the section in hand, which is not whole, as far as it is there: the body ends with it, and
+/// CRC_32 is 0. Returns false when there is none, or its header is not there.
+bool mpeg_ts_section_collector_in_hand(const mpeg_ts_section_collector *collector, mpeg_ts_section *section);
+
 /// Drops the section in hand: packets of the PID are lost, scrambled, or not to be trusted.
 void mpeg_ts_section_collector_drop(mpeg_ts_section_collector *collector);

@@ -14,12 +14,12 @@
 #include "mpeg_ts_overview/input/packet.h"
 #include "mpeg_ts_overview/meters/program_clock.h"
 #include "mpeg_ts_overview/model/overview.h"
-#include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 #include "mpeg_ts_overview/tables/pid_directory.h"
 #include "mpeg_ts_overview/tables/program_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 
+#include <bitset>
 #include <cstdint>
 
 class recording_contents {
@@ -39,6 +39,8 @@ public:
 
     /// Takes every section that is whole; where it has a CRC_32 that is looked at, that is right.
     void on_section(const table_section &section);
+    /// A section comes soon that begins so.
+    void on_section_begun(const table_section &section) const { guide.on_section_begun(section); }
 
     void on_sync_loss();
 
@@ -63,5 +65,5 @@ private:
     cue_list cues;
     teletext_pages teletext;
     day_clock clock;
-    pid_array<bool> has_teletext;
+    std::bitset<mpeg_ts_pid_count> has_teletext; ///< by PID
 };

@@ -1,5 +1,6 @@
 #include "mpeg_ts_overview/contents/guide.h"
 
+#include "mpeg12_ts/crc32.h"
 #include "mpeg_ts_overview/contents/atsc_text.h"
 #include "mpeg_ts_overview/tables/atsc_eit.h"
 #include "mpeg_ts_overview/tables/psip.h"
@@ -48,7 +49,8 @@ atsc_string string_in(byte_range structure, const std::string &language)
 size_t programme_guide::key_hash::operator()(uint32_t key) const
 {
     constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    return static_cast<size_t>(key * spread >> 32);
+    constexpr uint32_t neighbours = 4;
+    return static_cast<size_t>((key / neighbours * spread >> 32) * neighbours + key % neighbours);
 }
 
 void programme_guide::on_section(const table_section &section)
@@ -62,16 +64,28 @@ void programme_guide::on_section(const table_section &section)
     if (table_id == stt_table_id) on_stt(section);
 }
 
+void programme_guide::on_section_begun(const table_section &section) const
+{
+    constexpr size_t fixed_part = 6;
+    if (!is_actual(section.header.table_id)) return;
+    bit_reader in(section.body, section.body_fence);
+    in.skip(fixed_part);
+    const auto first_event_id = static_cast<uint16_t>(in.bits(16));
+    place_of.fetch(key_of(section.header.table_id_extension, first_event_id));
+}
+
 void programme_guide::on_eit(const table_section &section)
 {
     const std::optional<eit> information = read_eit(section);
     if (!information) return;
+    eit_event_loop events(information->events);
+    eit_event said;
     if (!is_actual(section.header.table_id)) {
-        facts.events_of_others += information->events.size();
+        while (events.next(said)) ++facts.events_of_others;
         return;
     }
     const bool is_present = source_of(section) == std::string_view("present");
-    for (const eit_event &said : information->events) {
+    while (events.next(said)) {
         const auto place = place_for(section, information->service_id, said.event_id);
         if (!place) continue;
         guide_event &event = facts.events[*place];
@@ -79,11 +93,25 @@ void programme_guide::on_eit(const table_section &section)
         event.start_utc_s = said.start_utc_s();
         event.duration_s = said.duration_s();
         event.source = source_of(section);
-        set_texts(event, read_event_texts(said.descriptors, texts));
+        take_descriptors(*place, said.descriptors);
         if (!is_present || event.was_present) continue;
         event.was_present = true;
         event.present_ticks = section.at.ticks;
     }
+}
+
+/// Gives the event the texts in its descriptors, unless it has them: what is on now stands in present and
+/// following and in the schedule, mostly in the same words.
+void programme_guide::take_descriptors(size_t place, byte_range descriptors)
+{
+    origin &from = origins[place];
+    const uint64_t fingerprint =
+        uint64_t{descriptors.size()} << 32 | mpeg_ts_crc32(descriptors.start, descriptors.fence);
+    if (from.descriptors == fingerprint) return;
+    const uint64_t not_kept = facts.text_bytes_not_kept;
+    set_texts(facts.events[place], read_event_texts(descriptors, texts));
+    from.descriptors.reset();
+    if (facts.text_bytes_not_kept == not_kept) from.descriptors = fingerprint;
 }
 
 void programme_guide::on_atsc_eit(const table_section &section)
@@ -93,6 +121,7 @@ void programme_guide::on_atsc_eit(const table_section &section)
         if (!place) continue;
         guide_event &event = facts.events[*place];
         origins[*place].gps_start = said.start_time;
+        origins[*place].descriptors.reset();
         event.duration_s = said.length_in_seconds;
         event.source = "atsc";
         const atsc_string title = string_in(said.title_text, "");
@@ -111,6 +140,7 @@ void programme_guide::on_ett(const table_section &section)
     origin &from = origins[*place];
     if (from.ett_crc_32 == section.crc_32) return;
     from.ett_crc_32 = section.crc_32;
+    from.descriptors.reset();
     guide_event &event = facts.events[*place];
     const atsc_string text = string_in(extended->extended_text_message, event.language);
     set_texts(event, {event.title, text.text, event.language});
@@ -141,7 +171,7 @@ std::optional<size_t> programme_guide::place_for(const table_section &section, u
     }
     const size_t place = facts.events.size();
     place_of[key] = static_cast<uint32_t>(place);
-    origins.push_back({receptions, table_id, section.crc_32, {}, {}});
+    origins.push_back({receptions, table_id, section.crc_32, {}, {}, {}});
     guide_event &event = facts.events.emplace_back();
     event.service = service;
     event.event_id = event_id;

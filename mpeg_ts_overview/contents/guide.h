@@ -28,6 +28,9 @@ public:
     /// events.
     void on_section(const table_section &section);
 
+    /// Fetches what is remembered of the events of a section that comes soon and begins so.
+    void on_section_begun(const table_section &section) const;
+
     /// The events in order of first arrival. Those of ATSC have a start when an STT told how far GPS is ahead
     /// of UTC.
     guide_facts finish();
@@ -40,13 +43,17 @@ private:
         uint32_t crc_32 = 0;                ///< of the section
         std::optional<uint32_t> gps_start;  ///< in ATSC
         std::optional<uint32_t> ett_crc_32; ///< of the section that its text is from, in ATSC
+        /// Size and checksum of the loop that all of its texts are from, in DVB.
+        std::optional<uint64_t> descriptors;
     };
 
+    /// Events in a row, which mostly come together, stand together.
     struct key_hash {
         size_t operator()(uint32_t key) const;
     };
 
     void on_eit(const table_section &section);
+    void take_descriptors(size_t place, byte_range descriptors);
     void on_atsc_eit(const table_section &section);
     void on_ett(const table_section &section);
     void on_stt(const table_section &section);

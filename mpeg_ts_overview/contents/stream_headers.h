@@ -7,6 +7,7 @@
 #include "mpeg_ts_overview/model/pid_array.h"
 #include "mpeg_ts_overview/model/sequence.h"
 
+#include <bitset>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -45,8 +46,8 @@ private:
         bool passed_over = false;
     };
 
-    pid_array<bool> wanted;
-    pid_array<uint16_t> number_of; ///< 1 + place in searches; 0: none
+    std::bitset<mpeg_ts_pid_count> wanted; ///< by PID
+    pid_array<uint16_t> number_of;         ///< 1 + place in searches; 0: none
     std::vector<std::unique_ptr<search>> searches;
     size_t rooms = 0; ///< of finders, for their pieces
 };

@@ -39,8 +39,8 @@ bool recording_file::open(const std::string &path)
         while ((descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0)
             if (errno != EINTR || interrupt_noted()) return false;
     }
-    if (fstat(descriptor, &identity_) == 0 && S_ISREG(identity_.st_mode))
-        size = static_cast<uint64_t>(identity_.st_size);
+    is_regular = fstat(descriptor, &identity_) == 0 && S_ISREG(identity_.st_mode);
+    if (is_regular) size = static_cast<uint64_t>(identity_.st_size);
     shows_progress = size != 0 && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     started = shown_at = std::chrono::steady_clock::now();
     return true;
@@ -50,12 +50,19 @@ ptrdiff_t recording_file::read(uint8_t *to, size_t room)
 {
     if (shows_progress) show_progress();
     ssize_t got = -1;
-    while (interrupt_wait_to_read(descriptor) && (got = ::read(descriptor, to, room)) < 0 && errno == EINTR) {
+    while (wait_to_read() && (got = ::read(descriptor, to, room)) < 0 && errno == EINTR) {
     }
     if (interrupt_noted()) return 0;
     if (got < 0) read_error = errno;
     if (got > 0) done += static_cast<uint64_t>(got);
     return got;
+}
+
+/// Returns false when an interrupt was noted. Nobody waits for a regular file: there is always something, or
+/// the end.
+bool recording_file::wait_to_read() const
+{
+    return is_regular ? !interrupt_noted() : interrupt_wait_to_read(descriptor);
 }
 
 /// Draws percent, rate and time left, at most 5 times a second.

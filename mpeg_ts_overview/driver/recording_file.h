@@ -31,11 +31,13 @@ public:
     int error() const { return read_error; }
 
 private:
+    bool wait_to_read() const;
     void show_progress();
 
     struct stat identity_ = {};
     int descriptor = -1;
     int read_error = 0;
+    bool is_regular = false;
     uint64_t size = 0; ///< of a regular file when it was opened, else 0
     uint64_t done = 0; ///< bytes read
     bool shows_progress = false;

@@ -81,8 +81,13 @@ void survey::on_run(const packet_run &run, const uint8_t *start)
     if (run.transport_scrambling_control != 0) time_stamps.on_scrambled(run.pid);
     const bool is_collected = tables.collects(run.pid);
     const bool is_looked_into = contents.wants(run.pid);
-    if (!is_collected && !is_looked_into) return;
+    if (is_collected || is_looked_into) look_into(run, start, is_collected, is_looked_into);
+}
 
+/// Looks at each packet of a run: of few runs, so that the others do without the packet's record.
+[[gnu::noinline]] void survey::look_into(const packet_run &run, const uint8_t *start, bool is_collected,
+                                         bool is_looked_into)
+{
     // Of scrambled packets the contents need no more than the first.
     const uint64_t count = is_collected || run.transport_scrambling_control == 0 ? run.count : 1;
     for (uint64_t i = 0; i < count; ++i, start += stride) {
@@ -125,6 +130,12 @@ void survey::on_section(const table_section &section)
     for (const uint16_t pid : tables.programs().changed_pids()) on_changed_pid(pid, section.at);
     words.on_section(section);
     contents.on_section(section);
+}
+
+void survey::on_section_begun(const table_section &section)
+{
+    words.on_section_begun(section);
+    contents.on_section_begun(section);
 }
 
 /// PAT or PMT make something else of the PID from now on.

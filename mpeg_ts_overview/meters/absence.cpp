@@ -18,12 +18,18 @@ void absence_meter::begin_times(const packet_times &next)
 /// Notes when the PIDs occurred last: their times are not known any more once these are over.
 void absence_meter::end_times()
 {
-    for (watched_pid *const one : touched) {
-        const moment last = times.moment_of(one->last_packet);
-        if (last.ticks && last.stretch >= 0) one->clock.waited_ticks = *last.ticks;
-        one->in_times = false;
+    for (pid_state *const state : touched) {
+        note_last(*state);
+        state->last_packet = not_in_times;
     }
     touched.clear();
+}
+
+/// Notes when the PID occurred last in the times in hand.
+void absence_meter::note_last(pid_state &state)
+{
+    const moment last = times.moment_of(state.last_packet);
+    if (last.ticks && last.stretch >= 0) state.watched->clock.waited_ticks = *last.ticks;
 }
 
 /// No packets that far apart, or less, make an interval longer than the longest so far.
@@ -39,15 +45,13 @@ void absence_meter::set_good_gap()
 }
 
 /// The packet is the PID's first in these times, or comes long behind the last.
-void absence_meter::look_closer(watched_pid &one, uint64_t packet)
+void absence_meter::look_closer(pid_state &state, uint64_t packet)
 {
-    if (one.in_times) {
-        const moment last = times.moment_of(one.last_packet);
-        if (last.ticks && last.stretch >= 0) one.clock.waited_ticks = *last.ticks;
-    } else {
-        one.in_times = true;
-        touched.push_back(&one);
-    }
+    if (state.last_packet != not_in_times)
+        note_last(state);
+    else
+        touched.push_back(&state);
+    watched_pid &one = *state.watched;
     absence.arrive(one.clock, times.moment_of(packet), thing_of(one));
     set_good_gap();
 }
@@ -63,21 +67,18 @@ watched_thing absence_meter::thing_of(const watched_pid &one) const
 void absence_meter::start(uint16_t pid, const moment &at)
 {
     ever_watched[pid] = true;
-    watched[pid] = std::make_unique<watched_pid>();
-    watched[pid]->pid = pid;
-    watched[pid]->clock = absence.started(at);
+    of_pid[pid].watched = std::make_unique<watched_pid>(watched_pid{pid, absence.started(at)});
 }
 
 void absence_meter::stop(uint16_t pid, const moment &at, bool occurred)
 {
-    watched_pid &one = *watched[pid];
-    if (one.in_times) {
-        const moment last = times.moment_of(one.last_packet);
-        if (last.ticks && last.stretch >= 0) one.clock.waited_ticks = *last.ticks;
-        std::erase(touched, &one);
+    pid_state &state = of_pid[pid];
+    if (state.last_packet != not_in_times) {
+        note_last(state);
+        std::erase(touched, &state);
     }
-    if (occurred) absence.end(one.clock, at, thing_of(one));
-    watched[pid].reset();
+    if (occurred) absence.end(state.watched->clock, at, thing_of(*state.watched));
+    state = {};
 }
 
 void absence_meter::finish(const moment &end, const std::function<bool(uint16_t pid)> &occurred,

@@ -27,14 +27,14 @@ public:
     void stop(uint16_t pid, const moment &at, bool occurred);
 
     /// True while the PID is named.
-    bool watches(uint16_t pid) const { return watched[pid] != nullptr; }
+    bool watches(uint16_t pid) const { return of_pid[pid].watched != nullptr; }
 
     /// Packets [first, first + count) of a PID that is watched.
     void on_packets(uint16_t pid, uint64_t first, uint64_t count)
     {
-        watched_pid &one = *watched[pid];
-        if (!one.in_times || first - one.last_packet > good_gap) look_closer(one, first);
-        one.last_packet = first + count - 1;
+        pid_state &state = of_pid[pid];
+        if (first - state.last_packet > good_gap) look_closer(state, first);
+        state.last_packet = first + count - 1;
     }
 
     /// The recording ends; a PID that never occurred is a fault where all must be there.
@@ -47,19 +47,25 @@ private:
     struct watched_pid {
         uint16_t pid = 0;
         repetition_clock clock;
-        uint64_t last_packet = 0; ///< of no meaning unless in_times
-        bool in_times = false;    ///< had a packet in the times in hand
     };
+    /// What each packet looks at, apart from the rest.
+    struct pid_state {
+        uint64_t last_packet = not_in_times; ///< the PID's last in the times in hand
+        std::unique_ptr<watched_pid> watched;
+    };
+    /// Far behind every packet, when the PID had none in the times in hand.
+    static constexpr uint64_t not_in_times = uint64_t{1} << 63;
 
-    void look_closer(watched_pid &one, uint64_t packet);
+    void look_closer(pid_state &state, uint64_t packet);
+    void note_last(pid_state &state);
     void set_good_gap();
     watched_thing thing_of(const watched_pid &one) const;
 
     repetition_watch absence;
     packet_times times;
     uint64_t good_gap = 0; ///< packets so far apart are no longer apart than others were
-    pid_array<std::unique_ptr<watched_pid>> watched;
+    pid_array<pid_state> of_pid;
     std::bitset<mpeg_ts_pid_count> ever_watched;
-    std::vector<watched_pid *> touched; ///< with packets in the times in hand
+    std::vector<pid_state *> touched; ///< with packets in the times in hand
     violation_log never;
 };

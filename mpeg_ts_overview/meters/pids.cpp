@@ -2,7 +2,7 @@
 
 void pids_meter::add_row(uint16_t pid, uint64_t first)
 {
-    states[pid].row = static_cast<uint16_t>(rows.size());
+    row_of[pid] = static_cast<uint16_t>(rows.size());
     pid_facts &row = rows.emplace_back();
     row.pid = pid;
     row.first_packet = first;
@@ -11,15 +11,14 @@ void pids_meter::add_row(uint16_t pid, uint64_t first)
 
 void pids_meter::end()
 {
-    for (const uint16_t pid : touched)
-        rows[states[pid].row].last_ticks = times.ticks_of(states[pid].last_packet);
+    for (const uint16_t pid : touched) rows[row_of[pid]].last_ticks = times.ticks_of(states[pid].last_packet);
     touched.clear();
 }
 
 void pids_meter::on_packet(const ts_packet &packet)
 {
     count(packet.pid, packet.at.packet, 1);
-    pid_facts &row = rows[states[packet.pid].row];
+    pid_facts &row = rows[row_of[packet.pid]];
     if (packet.transport_error_indicator) {
         row.transport_errors++;
         return;

@@ -21,7 +21,7 @@ public:
     void on_run(const packet_run &run)
     {
         count(run.pid, run.first, run.count);
-        if (run.transport_scrambling_control != 0) rows[states[run.pid].row].scrambled += run.count;
+        if (run.transport_scrambling_control != 0) rows[row_of[run.pid]].scrambled += run.count;
     }
 
     bool has_packets(uint16_t pid) const { return states[pid].packets != 0; }
@@ -34,7 +34,6 @@ private:
     struct pid_state {
         uint64_t packets = 0;
         uint64_t last_packet = 0;
-        uint16_t row = 0; ///< of no meaning while packets is 0
     };
 
     void count(uint16_t pid, uint64_t first, uint64_t packets)
@@ -49,6 +48,7 @@ private:
 
     packet_times times;
     pid_array<pid_state> states;
+    pid_array<uint16_t> row_of;    ///< of no meaning for PIDs without packets
     std::vector<uint16_t> touched; ///< PIDs that had a packet in the times in hand
     std::vector<pid_facts> rows;
 };

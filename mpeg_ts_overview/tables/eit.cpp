@@ -27,20 +27,21 @@ std::optional<eit> read_eit(const table_section &section)
     information.segment_last_section_number = static_cast<uint8_t>(in.bits(8));
     information.last_table_id = static_cast<uint8_t>(in.bits(8));
 
-    constexpr size_t usual_events = 8;
-    information.events.reserve(usual_events);
-    while (in.has(12)) {
-        eit_event event;
-        event.event_id = static_cast<uint16_t>(in.bits(16));
-        event.start_time = *take_range(in, 5);
-        event.duration = *take_range(in, 3);
-        event.running_status = static_cast<uint8_t>(in.bits(3));
-        event.free_CA_mode = in.bits(1) != 0;
-        const unsigned descriptors_loop_length = in.bits(12);
-        const std::optional<byte_range> descriptors = take_range(in, descriptors_loop_length);
-        if (!descriptors) break;
-        event.descriptors = *descriptors;
-        information.events.push_back(event);
-    }
+    information.events = take_rest(in);
     return information;
+}
+
+bool eit_event_loop::next(eit_event &found)
+{
+    if (!in.has(12)) return false;
+    found.event_id = static_cast<uint16_t>(in.bits(16));
+    found.start_time = *take_range(in, 5);
+    found.duration = *take_range(in, 3);
+    found.running_status = static_cast<uint8_t>(in.bits(3));
+    found.free_CA_mode = in.bits(1) != 0;
+    const unsigned descriptors_loop_length = in.bits(12);
+    const std::optional<byte_range> descriptors = take_range(in, descriptors_loop_length);
+    if (!descriptors) return false;
+    found.descriptors = *descriptors;
+    return true;
 }

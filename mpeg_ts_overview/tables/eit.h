@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 constexpr uint8_t eit_present_following_actual_table_id = 0x4E;
 constexpr uint8_t eit_present_following_other_table_id = 0x4F;
@@ -45,8 +44,20 @@ struct eit {
     uint16_t original_network_id = 0;
     uint8_t segment_last_section_number = 0;
     uint8_t last_table_id = 0;
-    std::vector<eit_event> events;
+    byte_range events;
 };
 
-/// The section, its events as far as they fit; nothing when it is shorter than its fixed part.
+/// The section; nothing when it is shorter than its fixed part.
 std::optional<eit> read_eit(const table_section &section);
+
+/// Gives one event after the other; one that does not fit ends the loop.
+class eit_event_loop {
+public:
+    explicit eit_event_loop(byte_range events) : in(events.reader()) {}
+
+    /// The next event; false at the end.
+    bool next(eit_event &found);
+
+private:
+    bit_reader in;
+};

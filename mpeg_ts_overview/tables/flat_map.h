@@ -2,6 +2,8 @@
 // library takes three. For stores that come round so slowly that nothing of them is in the cache any more.
 #pragma once
 
+#include "mpeg_ts_overview/tables/fetch_to_cache.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -18,6 +20,15 @@ public:
         if (slots.empty()) return nullptr;
         slot &place = place_of(of);
         return place.used ? &place.held : nullptr;
+    }
+
+    /// Has the cache fetch the slot of a key, and the next, where it often is; it is there some 100 ns later.
+    void fetch(const key &of) const
+    {
+        if (slots.empty()) return;
+        const size_t place = hash()(of) & (slots.size() - 1);
+        fetch_to_cache(slots[place]);
+        fetch_to_cache(slots[(place + 1) & (slots.size() - 1)]);
     }
 
     /// The value of a key, added with its defaults where there is none.

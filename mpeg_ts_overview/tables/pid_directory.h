@@ -2,9 +2,9 @@
 #pragma once
 
 #include "mpeg12_ts/packet.h"
-#include "mpeg_ts_overview/model/pid_array.h"
 
 #include <array>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -62,5 +62,5 @@ private:
     void decide(uint16_t pid);
 
     std::vector<uses> of_pid;
-    pid_array<bool> collected;
+    std::bitset<mpeg_ts_pid_count> collected;
 };

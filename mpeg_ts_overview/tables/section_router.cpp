@@ -73,7 +73,17 @@ void section_router::take_sections(pid_collector &collector, const ts_packet &pa
     if (!directory.collects(packet.pid, sections.storage[0]))
         sections.held = 0;
     else if (sections.begun == packet.at.packet)
-        collector.begun = packet.at;
+        begin_section(collector, packet, consumer);
+}
+
+void section_router::begin_section(pid_collector &collector, const ts_packet &packet,
+                                   section_consumer &consumer)
+{
+    mpeg_ts_section begun;
+
+    collector.begun = packet.at;
+    if (mpeg_ts_section_collector_in_hand(&collector.sections, &begun))
+        consumer.on_section_begun(section_of(begun, packet, collector.begun));
 }
 
 void section_router::on_sync_loss()

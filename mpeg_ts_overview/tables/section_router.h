@@ -38,6 +38,7 @@ private:
 
     pid_collector &collector_of(uint16_t pid);
     void take_sections(pid_collector &collector, const ts_packet &packet, section_consumer &consumer);
+    void begin_section(pid_collector &collector, const ts_packet &packet, section_consumer &consumer);
 
     const pid_directory &directory;
     pid_array<std::unique_ptr<pid_collector>> collectors;

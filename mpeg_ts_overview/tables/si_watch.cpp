@@ -30,6 +30,11 @@ void si_watch::on_section(const table_section &section, const table_key &of_tabl
         watch->on_section(section, of_table);
 }
 
+void si_watch::fetch(const table_section &section, const table_key &of_table)
+{
+    if (table_repetition *const watch = watch_of(section.header.table_id)) watch->fetch(section, of_table);
+}
+
 table_repetition *si_watch::watch_of(uint8_t table_id)
 {
     switch (table_id) {

@@ -15,6 +15,9 @@ public:
     /// Takes current sections of DVB tables on their own PIDs, whose CRC_32 is right.
     void on_section(const table_section &section, const table_key &of_table);
 
+    /// Fetches the clock of a section that comes soon.
+    void fetch(const table_section &section, const table_key &of_table);
+
     /// The recording ends.
     void finish(const moment &end);
 

@@ -59,6 +59,14 @@ void stream_tables::on_section(const table_section &section)
     consumer->on_section(section);
 }
 
+void stream_tables::on_section_begun(const table_section &section)
+{
+    const table_key key = key_of(section);
+    consumer->on_section_begun(section); // first: nothing there waits for what it fetches
+    table_list.fetch(section, key);
+    si_repetition.fetch(section, key);
+}
+
 void stream_tables::on_bad_section(const table_section &section)
 {
     misplaced_sections.on_bad_section(section);

@@ -76,6 +76,7 @@ public:
 
 private:
     void on_section(const table_section &section) override;
+    void on_section_begun(const table_section &section) override;
     void on_bad_section(const table_section &section) override;
     void on_scrambled_packet(uint16_t pid, const moment &at) override;
     void take_names(const table_section &section);

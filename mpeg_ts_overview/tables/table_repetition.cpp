@@ -1,5 +1,7 @@
 #include "mpeg_ts_overview/tables/table_repetition.h"
 
+#include "mpeg_ts_overview/tables/fetch_to_cache.h"
+
 #include <algorithm>
 
 namespace {
@@ -47,8 +49,17 @@ void table_repetition::on_section(const table_section &section, const table_key 
     table_clocks *const table = clocks_of(section, of_table);
     if (table == nullptr) return;
     forget_above(last_of(section), *table, section.at);
-    if (!table->holds(number)) return;
-    watch.arrive(table->clocks[table->first_from(number)], section.at, thing_of(table->key, number));
+    const size_t place = table->first_from(number);
+    if (place == table->numbers.size() || table->numbers[place] != number) return;
+    watch.arrive(table->clocks[place], section.at, thing_of(table->key, number));
+}
+
+void table_repetition::fetch(const table_section &section, const table_key &of_table)
+{
+    const table_clocks *const table = known_table(of_table);
+    if (table == nullptr) return;
+    const size_t place = table->first_from(section.header.section_number);
+    if (place < table->clocks.size()) fetch_to_cache(table->clocks[place]);
 }
 
 /// The table, or null when none of its sections came.
@@ -101,6 +112,7 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
 
 void table_repetition::forget_above(uint8_t last, table_clocks &table, const moment &at)
 {
+    if (table.numbers.empty() || table.numbers.back() <= last) return;
     const size_t kept = table.first_from(last + size_t{1});
     for (size_t gone = kept; gone < table.numbers.size(); ++gone) {
         watch.end(table.clocks[gone], at, thing_of(table.key, table.numbers[gone]));

@@ -36,6 +36,9 @@ public:
     /// A current section of a table of that kind arrives; the key tells tables apart.
     void on_section(const table_section &section, const table_key &of_table);
 
+    /// Fetches the clock of a section that comes soon.
+    void fetch(const table_section &section, const table_key &of_table);
+
     /// The recording ends. Where a table that has to be there never came, it is that thing.
     void finish(const moment &end, const watched_thing &missing);
 

@@ -1,6 +1,7 @@
 #include "mpeg_ts_overview/tables/table_rows.h"
 
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/fetch_to_cache.h"
 #include "mpeg_ts_overview/tables/log_violation.h"
 #include "mpeg_ts_overview/tables/table_name.h"
 
@@ -36,6 +37,11 @@ size_t table_rows::number_hash::operator()(uint64_t number) const
     return static_cast<size_t>(number * spread >> 32);
 }
 
+uint64_t table_rows::number_of(uint32_t row, const table_section &section)
+{
+    return uint64_t{row} * 256 + section.header.section_number;
+}
+
 void table_rows::on_section(const table_section &section, const table_key &of_table)
 {
     const uint32_t *place = row_of.find(of_table);
@@ -50,10 +56,12 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
     table_facts &row = tables.rows[*place - 1];
     ++row.sections;
     if (!is_current(section)) return;
-    if (is_long(section)) note_version(row, section);
 
-    const uint64_t number = uint64_t{*place} * 256 + section.header.section_number;
+    const uint64_t number = number_of(*place, section);
     section_record *const record = records.find(number);
+    // What the section's last arrival said is known.
+    const bool may_be_new = record == nullptr || record->version_number != section.header.version_number;
+    if (is_long(section) && may_be_new) note_version(row, section);
     const section_record now = {section.at.ticks, section.at.stretch, section.crc_32,
                                 section.header.version_number};
     if (record != nullptr) {
@@ -64,6 +72,15 @@ void table_rows::on_section(const table_section &section, const table_key &of_ta
     } else {
         records[number] = now;
     }
+}
+
+void table_rows::fetch(const table_section &section, const table_key &of_table)
+{
+    const uint32_t *const place = row_of.find(of_table);
+    if (place == nullptr) return;
+    records.fetch(number_of(*place, section));
+    fetch_to_cache(tables.rows[*place - 1].sections);
+    fetch_to_cache(tables.rows[*place - 1].interval_ticks);
 }
 
 void table_rows::note_version(table_facts &row, const table_section &section)

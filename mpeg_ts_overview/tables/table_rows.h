@@ -19,6 +19,9 @@ public:
     /// Takes every section whose CRC_32 is right. of_table is its key.
     void on_section(const table_section &section, const table_key &of_table);
 
+    /// Fetches what is remembered of a section that comes soon. of_table is its key.
+    void fetch(const table_section &section, const table_key &of_table);
+
     /// The rows so far, in order of first arrival.
     const tables_facts &facts() const { return tables; }
 
@@ -37,6 +40,7 @@ private:
         uint8_t version_number = 0;
     };
 
+    static uint64_t number_of(uint32_t row, const table_section &section);
     void note_version(table_facts &row, const table_section &section);
     void compare(table_facts &row, const section_record &before, const table_section &section);
 

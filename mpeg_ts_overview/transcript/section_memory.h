@@ -24,6 +24,9 @@ public:
     /// when one is added.
     section_record *find(const table_section &section);
 
+    /// Fetches the record of a section that comes soon.
+    void fetch(const table_section &section) const { records.fetch(key_of(section)); }
+
     /// The record, added where there is none; null when there is no room.
     section_record *find_or_add(const table_section &section);
 

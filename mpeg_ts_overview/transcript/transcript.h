@@ -29,6 +29,9 @@ public:
     /// Takes every section that is collected; where its CRC_32 is looked at, that is right.
     void on_section(const table_section &section);
 
+    /// A section comes soon that begins so.
+    void on_section_begun(const table_section &section) { last_receptions.fetch(section); }
+
     transcript_facts finish();
 
 private:

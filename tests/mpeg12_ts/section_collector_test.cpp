@@ -101,6 +101,25 @@ TEST_F(section_collector, a_section_across_packets_ends_in_the_last_and_has_begu
     EXPECT_EQ(collector.incomplete, 0u);
 }
 
+TEST_F(section_collector, the_section_in_hand_is_described_once_its_header_is_there)
+{
+    mpeg_ts_section section;
+    EXPECT_FALSE(mpeg_ts_section_collector_in_hand(&collector, &section));
+    unit_start(slice(first, 0, 7), 5);
+    EXPECT_FALSE(mpeg_ts_section_collector_in_hand(&collector, &section));
+    packet(slice(first, 7, 12), false, 6);
+    ASSERT_TRUE(mpeg_ts_section_collector_in_hand(&collector, &section));
+    EXPECT_EQ(section.header.table_id, 0x42);
+    EXPECT_EQ(section.header.table_id_extension, 0x1234);
+    EXPECT_EQ(section.header.section_number, 2);
+    EXPECT_EQ(bytes(section.start, section.fence), slice(first, 0, 12));
+    EXPECT_EQ(bytes(section.body, section.body_fence), repeated(0x11, 4));
+    EXPECT_EQ(section.CRC_32, 0u);
+    EXPECT_EQ(section.begun, 5u);
+    EXPECT_EQ(packet(slice(first, 12, first.size()), false).size(), 1u);
+    EXPECT_FALSE(mpeg_ts_section_collector_in_hand(&collector, &section));
+}
+
 TEST_F(section_collector, a_section_cut_anywhere_is_put_together)
 {
     for (size_t cut = 1; cut < first.size(); ++cut) {

@@ -76,6 +76,20 @@ TEST_F(guide_found, a_repeated_section_takes_its_event_back_from_another_table)
     EXPECT_TRUE(event.was_present);
 }
 
+TEST_F(guide_found, an_event_said_again_in_the_same_words_keeps_them_and_takes_the_rest)
+{
+    const bytes words = short_event("Title", "Text");
+    const bytes schedule = eit_section(0x50, 1, eit_entry(3, "C079 120000", "010000", words));
+    const bytes present = eit_section(0x4E, 1, eit_entry(3, "C079 120100", "003000", words));
+    for (const bytes &section : {schedule, present, schedule, present}) receive(section);
+    const guide_event event = found();
+    EXPECT_EQ(event.title, "Title");
+    EXPECT_EQ(event.text, "Text");
+    EXPECT_EQ(event.start_utc_s, 750513600 + 60);
+    EXPECT_EQ(event.duration_s, 1800u);
+    EXPECT_STREQ(event.source, "present");
+}
+
 TEST_F(guide_found, of_two_entries_of_one_event_in_a_section_the_last_stands_always)
 {
     const bytes twice = eit_section(0x50, 1,
@@ -174,6 +188,24 @@ TEST_F(guide_found, at_most_8_mib_of_text_are_kept_and_titles_go_on_where_they_h
     EXPECT_EQ(facts.events[whole_events].language, "eng");
     EXPECT_EQ(facts.events[whole_events].text, "");
     EXPECT_EQ(facts.events.back().text.size(), 15 * 245u) << "what another event gave up is free again";
+}
+
+TEST_F(guide_found, words_that_had_no_room_get_it_when_they_are_said_again)
+{
+    const std::string part(245, 'x');
+    bytes words = short_event("Title");
+    for (unsigned number = 0; number < 15; ++number) words = join({words, extended_event(number, 14, part)});
+    const size_t size_of_event = 3 + 5 + 15 * 245;
+    const unsigned whole_events = guide_text_limit / size_of_event;
+
+    for (unsigned id = 0; id <= whole_events; ++id)
+        receive(eit_section(0x50, 1, eit_entry(id, "C079 120000", "010000", words)));
+    receive(eit_section(0x4E, 1, eit_entry(whole_events, "C079 120000", "010000", words)));
+    receive(eit_section(0x50, 1, eit_entry(0, "C079 120000", "010000"), version(1)));
+    receive(eit_section(0x50, 1, eit_entry(whole_events, "C079 120000", "010000", words)));
+    const guide_facts facts = guide.finish();
+    EXPECT_EQ(facts.text_bytes_not_kept, 2 * 15 * 245u) << "counted each time";
+    EXPECT_EQ(facts.events.back().text.size(), 15 * 245u);
 }
 
 TEST_F(guide_found, events_that_do_not_fit_their_section_are_not_there)

@@ -55,6 +55,22 @@ TEST_F(router, a_section_has_the_moments_of_its_first_and_last_packet)
     EXPECT_EQ(notes.good[1].section.at.packet, 103u);
 }
 
+TEST_F(router, what_goes_on_in_further_packets_is_told_of_when_it_begins)
+{
+    const stream_builder built = stream_builder().section(0x11, shorter).section(0x11, longer);
+    feed(part(built, 0, 1));
+    EXPECT_TRUE(notes.begun.empty());
+    feed(part(built, 1, 2));
+    ASSERT_EQ(notes.begun.size(), 1u);
+    EXPECT_EQ(notes.begun[0].section.pid, 0x11);
+    EXPECT_EQ(notes.begun[0].section.header.table_id_extension, 2);
+    EXPECT_EQ(notes.begun[0].section.at.packet, 101u);
+    EXPECT_EQ(notes.begun[0].data, repeated(0x22, 183 - 8));
+    feed(part(built, 2, 4));
+    EXPECT_EQ(notes.begun.size(), 1u);
+    EXPECT_EQ(notes.good.size(), 2u);
+}
+
 TEST_F(router, sections_back_to_back_begin_where_the_last_one_ends)
 {
     feed(stream_builder().sections(0x11, {shorter, longer, shorter}));

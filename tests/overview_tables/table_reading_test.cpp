@@ -141,16 +141,22 @@ TEST_F(reading, an_eit_has_events)
     EXPECT_EQ(information->original_network_id, 2);
     EXPECT_EQ(information->segment_last_section_number, 4);
     EXPECT_EQ(information->last_table_id, 0x5F);
-    ASSERT_EQ(information->events.size(), 2u);
-    EXPECT_EQ(information->events[0].event_id, 0x101);
-    EXPECT_EQ(information->events[0].start_utc_s(), 750516300);
-    EXPECT_EQ(information->events[0].duration_s(), 6330u);
-    EXPECT_EQ(information->events[0].running_status, 4);
-    EXPECT_EQ(bytes_of(information->events[0].descriptors), hex("AABB"));
-    EXPECT_FALSE(information->events[1].start_utc_s());
-    EXPECT_FALSE(information->events[1].duration_s());
-    EXPECT_TRUE(information->events[1].free_CA_mode);
-    EXPECT_EQ(read_eit(of(without_last(body)))->events.size(), 1u);
+    eit_event_loop events(information->events);
+    eit_event event;
+    ASSERT_TRUE(events.next(event));
+    EXPECT_EQ(event.event_id, 0x101);
+    EXPECT_EQ(event.start_utc_s(), 750516300);
+    EXPECT_EQ(event.duration_s(), 6330u);
+    EXPECT_EQ(event.running_status, 4);
+    EXPECT_EQ(bytes_of(event.descriptors), hex("AABB"));
+    ASSERT_TRUE(events.next(event));
+    EXPECT_FALSE(event.start_utc_s());
+    EXPECT_FALSE(event.duration_s());
+    EXPECT_TRUE(event.free_CA_mode);
+    EXPECT_FALSE(events.next(event));
+    eit_event_loop cut(read_eit(of(without_last(body)))->events);
+    EXPECT_TRUE(cut.next(event));
+    EXPECT_FALSE(cut.next(event));
     EXPECT_FALSE(read_eit(of(hex("0001 0002 04"))));
 }
 

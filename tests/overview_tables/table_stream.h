@@ -27,6 +27,10 @@ struct section_notes final : section_consumer {
     {
         good.push_back({section, bytes(section.start, section.fence)});
     }
+    void on_section_begun(const table_section &section) override
+    {
+        begun.push_back({section, bytes(section.body, section.body_fence)});
+    }
     void on_bad_section(const table_section &section) override
     {
         bad.push_back({section, bytes(section.start, section.fence)});
@@ -34,6 +38,7 @@ struct section_notes final : section_consumer {
     void on_scrambled_packet(uint16_t pid, const moment &) override { scrambled.push_back(pid); }
 
     std::vector<note> good;
+    std::vector<note> begun; ///< with the body so far
     std::vector<note> bad;
     std::vector<uint16_t> scrambled;
 };
