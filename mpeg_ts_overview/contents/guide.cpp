@@ -47,8 +47,7 @@ atsc_string string_in(byte_range structure, const std::string &language)
 
 size_t programme_guide::key_hash::operator()(uint32_t key) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    return static_cast<size_t>(key * spread >> 32);
+    return spread_bits(key);
 }
 
 void programme_guide::on_section(const table_section &section)

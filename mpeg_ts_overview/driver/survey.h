@@ -39,6 +39,7 @@ public:
 
 private:
     void on_section(const table_section &section) override;
+    void look_for_sections(const ts_packet &packet, const packet_sequence &sequence);
     void on_changed_pid(uint16_t pid, const moment &at);
     recording_end end_of(const timeline &known, const moment &end) const;
     void finish_meters(const recording_end &end, overview &found);

@@ -32,8 +32,7 @@ table_facts row_for(const table_key &key)
 
 size_t table_rows::number_hash::operator()(uint64_t number) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    return static_cast<size_t>(number * spread >> 32);
+    return spread_bits(number);
 }
 
 void table_rows::on_section(const table_section &section, const table_key &of_table)
