@@ -88,9 +88,11 @@ void program_map::settle_programs()
 {
     std::sort(touched.begin(), touched.end());
     touched.erase(std::unique(touched.begin(), touched.end()), touched.end());
-    std::erase_if(touched, [this](uint16_t index) { return !move(index); });
-    // Of what only took another place, the streams that no other program lists are the same.
-    for (const uint16_t index : touched) mark_streams(programs[index].last, programs[index].current);
+    for (const uint16_t index : touched) {
+        if (!move(index) || programs[index].moved) continue;
+        programs[index].moved = true;
+        moved.push_back(index);
+    }
 }
 
 /// Takes a program to its first place in the PAT, or out of it. Returns true when its streams are to be
@@ -139,11 +141,11 @@ void program_map::on_pmt(const table_section &section)
     if (was_current) {
         unname(before);
         leave(*index, before);
-        mark_streams(before);
-        mark(before.pcr_pid);
     }
+    mark_streams(before);
     enter(*index);
     mark_streams(which.last);
+    mark(before.pcr_pid);
     mark(which.last.pcr_pid);
 }
 
@@ -242,6 +244,12 @@ void program_map::mark_streams(const kept_map &map, bool shared_only)
 void program_map::settle_roles()
 {
     changed.clear();
+    for (const uint16_t index : moved) {
+        // Of what only took another place, the streams that no other program lists are the same.
+        mark_streams(programs[index].last, programs[index].current);
+        programs[index].moved = false;
+    }
+    moved.clear();
     for (const uint16_t pid : marked) {
         const stream_role role = role_now(pid);
         const bool is_clock = is_program_clock(pid);

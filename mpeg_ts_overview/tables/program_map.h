@@ -91,6 +91,7 @@ private:
         bool is_listed = false;   ///< in the current PAT
         bool ever_mapped = false; ///< last is what a PMT said
         bool current = false;     ///< last is what its current PMT says
+        bool moved = false;       ///< in the PAT, since roles were settled last
     };
 
     /// A stream of a program whose PMT is current.
@@ -127,6 +128,7 @@ private:
     std::vector<uint32_t> first_places; ///< of each program, in the PAT, where it is listed
     std::vector<uint32_t> index_of;     ///< by program_number, 1 + place in programs; 0: none
     std::vector<uint16_t> touched;      ///< by the PAT section, places in programs
+    std::vector<uint16_t> moved;        ///< since roles were settled last, places in programs
     std::vector<listing_change> listing;
     std::optional<uint16_t> stream_id;
     bool map_came = false;
