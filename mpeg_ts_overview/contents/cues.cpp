@@ -3,20 +3,12 @@
 #include "mpeg_ts_overview/contents/splice_info.h"
 #include "mpeg_ts_overview/meters/clock_arithmetic.h"
 
-#include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace {
 
 constexpr uint8_t splice_info_table_id = 0xFC;
-
-/// FNV-1a.
-uint64_t hash_of(const table_section &section)
-{
-    uint64_t hash = 0xCBF29CE484222325 ^ section.pid;
-    for (const uint8_t *p = section.start; p < section.fence; ++p) hash = (hash ^ *p) * 0x100000001B3;
-    return hash;
-}
 
 /// How long before pts_time the program's clock stands at the section, the nearer way.
 std::optional<int64_t> pre_roll(const cue &message, const stream_role &role, const program_clocks &clocks)
@@ -30,26 +22,21 @@ std::optional<int64_t> pre_roll(const cue &message, const stream_role &role, con
 
 } // namespace
 
-cue *cue_list::known(uint64_t hash, const table_section &section)
+bool cue_list::known_section::operator<(const known_section &other) const
 {
-    const auto [first, fence] = with_hash.equal_range(hash);
-    for (auto candidate = first; candidate != fence; ++candidate) {
-        cue &message = facts.cues[candidate->second];
-        const section_bytes &bytes = sections[candidate->second];
-        if (message.pid == section.pid &&
-            std::equal(bytes.begin(), bytes.end(), section.start, section.fence))
-            return &message;
-    }
-    return nullptr;
+    if (pid != other.pid) return pid < other.pid;
+    if (size != other.size) return size < other.size;
+    return std::memcmp(start, other.start, size) < 0;
 }
 
 void cue_list::on_section(const table_section &section, const stream_role &role, const program_clocks &clocks)
 {
     if (section.header.table_id != splice_info_table_id) return;
-    const uint64_t hash = hash_of(section);
+    const auto size = static_cast<size_t>(section.fence - section.start);
+    const auto known = places.find({section.pid, section.start, size});
 
-    if (cue *const repeated = known(hash, section)) {
-        ++repeated->count;
+    if (known != places.end()) {
+        ++facts.cues[known->second].count;
         return;
     }
     if (facts.cues.size() >= cue_limit) {
@@ -62,8 +49,8 @@ void cue_list::on_section(const table_section &section, const stream_role &role,
     message.at = section.at;
     message.pre_roll_ticks = pre_roll(message, role, clocks);
 
-    with_hash.emplace(hash, facts.cues.size());
     sections.emplace_back(section.start, section.fence);
+    places.emplace(known_section{section.pid, sections.back().data(), size}, facts.cues.size());
     facts.cues.push_back(std::move(message));
 }
 

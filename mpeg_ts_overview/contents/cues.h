@@ -8,7 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <map>
 #include <vector>
 
 constexpr size_t cue_limit = 5000;
@@ -23,12 +23,16 @@ public:
     cues_facts finish();
 
 private:
-    using section_bytes = std::vector<uint8_t>;
+    /// A section of a PID. In a tree, which no choice of bytes makes slow as it may a hash map.
+    struct known_section {
+        uint16_t pid = 0;
+        const uint8_t *start = nullptr;
+        size_t size = 0;
 
-    /// The cue of these bytes, or null.
-    cue *known(uint64_t hash, const table_section &section);
+        bool operator<(const known_section &other) const;
+    };
 
     cues_facts facts;
-    std::vector<section_bytes> sections;                 ///< of each cue
-    std::unordered_multimap<uint64_t, size_t> with_hash; ///< places in both
+    std::vector<std::vector<uint8_t>> sections; ///< the bytes of each cue
+    std::map<known_section, size_t> places;     ///< in both
 };

@@ -48,9 +48,8 @@ atsc_string string_in(byte_range structure, const std::string &language)
 
 size_t programme_guide::key_hash::operator()(uint32_t key) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
     constexpr uint32_t neighbours = 4;
-    return static_cast<size_t>((key / neighbours * spread >> 32) * neighbours + key % neighbours);
+    return spread_bits(key / neighbours) * neighbours + key % neighbours;
 }
 
 void programme_guide::on_section(const table_section &section)

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -41,6 +42,6 @@ private:
     dvb_text_converter &texts;
     std::optional<std::string> name;
     std::unordered_map<uint16_t, uint16_t> networks; ///< by transport_stream_id
-    std::unordered_map<uint64_t, uint16_t> channels; ///< by network, transport stream and service
+    std::map<uint64_t, uint16_t> channels;           ///< by network, transport stream and service
     uint64_t dropped = 0;
 };

@@ -2,8 +2,6 @@
 
 #include "mpeg_ts_overview/contents/teletext_hamming.h"
 
-#include <algorithm>
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -193,8 +191,5 @@ teletext_facts teletext_pages::finish() const
         for (unsigned row = 0; row < teletext_row_count; ++row)
             page.rows[row] = teletext_row_text(known->rows[row], page.national_option);
     }
-    std::sort(facts.pages.begin(), facts.pages.end(), [](const teletext_page &a, const teletext_page &b) {
-        return std::tie(a.pid, a.page, a.subcode) < std::tie(b.pid, b.page, b.subcode);
-    });
     return facts;
 }

@@ -11,9 +11,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 constexpr size_t teletext_page_limit = 2000;
@@ -76,7 +76,7 @@ private:
     std::array<uint16_t, mpeg_ts_pid_count> service_number = {};
     static constexpr uint16_t no_service = 0xFFFF;
     std::vector<std::unique_ptr<service>> services;
-    std::unordered_map<uint64_t, std::unique_ptr<known_page>> pages; ///< by PID, page and subcode
+    std::map<uint64_t, std::unique_ptr<known_page>> pages; ///< by PID, page and subcode
     uint64_t not_kept = 0;
     uint64_t dropped_pids = 0;
 };

@@ -1,11 +1,25 @@
 #include "mpeg_ts_overview/driver/recording_walk.h"
 
+#include "mpeg_ts_overview/input/sparse_block.h"
+
 #include <algorithm>
+#include <utility>
+
+void recording_walk::add(std::unique_ptr<block> scanned)
+{
+    if (!scanned->steps.empty() && !is_sparse(*scanned, scanner.grid())) {
+        waiting.push_back(std::move(scanned));
+        return;
+    }
+    if (!scanned->steps.empty()) waiting.push_back(packets_of(*scanned, scanner.grid()));
+    scanner.give_back(std::move(scanned));
+}
 
 void recording_walk::go_on(timeline &known)
 {
     while (!waiting.empty() && measure(*waiting.front(), known)) {
-        scanner.give_back(std::move(waiting.front()));
+        const bool is_from_scanner = waiting.front()->pieces.empty();
+        if (is_from_scanner) scanner.give_back(std::move(waiting.front()));
         waiting.pop_front();
         next_step = 0;
     }

@@ -19,13 +19,7 @@ public:
     }
 
     /// Takes the next block. One without a step has nothing to wait for, however long sync is lost.
-    void add(std::unique_ptr<block> scanned)
-    {
-        if (scanned->steps.empty())
-            scanner.give_back(std::move(scanned));
-        else
-            waiting.push_back(std::move(scanned));
-    }
+    void add(std::unique_ptr<block> scanned);
 
     /// Measures what has known times by now.
     void go_on(timeline &known);

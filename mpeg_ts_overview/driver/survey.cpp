@@ -94,7 +94,7 @@ void survey::on_run(const packet_run &run, const uint8_t *start)
         ts_packet packet = read_packet(start);
         packet.at = times.moment_of(run.first + i, start);
         if (is_looked_into) contents.on_packet(packet, {});
-        if (is_collected) tables.on_packet(packet, {}, *this);
+        if (is_collected) look_for_sections(packet, {});
     }
 }
 
@@ -112,7 +112,7 @@ void survey::on_packet(const ts_packet &packet)
     if (packet.PCR || packet.discontinuity_indicator) clocks.on_packet(packet, sequence);
     contents.on_packet(packet, sequence);
     if (packet.PCR) tables.see(packet.at);
-    if (tables.collects(packet.pid)) tables.on_packet(packet, sequence, *this);
+    if (tables.collects(packet.pid)) look_for_sections(packet, sequence);
     if (sequence.error && !sequence.duplicate) pcr.on_continuity_error(sequence.packet_before);
     pcr.on_packet(packet, sequence, clock_pids[packet.pid]);
     time_stamps.on_packet(packet, sequence, tables.programs().role_of(packet.pid));
@@ -127,7 +127,6 @@ void survey::on_bad_slot(const moment &at)
 
 void survey::on_section(const table_section &section)
 {
-    for (const uint16_t pid : tables.programs().changed_pids()) on_changed_pid(pid, section.at);
     words.on_section(section);
     contents.on_section(section);
 }
@@ -136,6 +135,12 @@ void survey::on_section_begun(const table_section &section)
 {
     words.on_section_begun(section);
     contents.on_section_begun(section);
+}
+
+void survey::look_for_sections(const ts_packet &packet, const packet_sequence &sequence)
+{
+    tables.on_packet(packet, sequence, *this);
+    for (const uint16_t pid : tables.programs().changed_pids()) on_changed_pid(pid, packet.at);
 }
 
 /// PAT or PMT make something else of the PID from now on.

@@ -41,6 +41,7 @@ private:
     void on_section(const table_section &section) override;
     void on_section_begun(const table_section &section) override;
     void look_into(const packet_run &run, const uint8_t *start, bool is_collected, bool is_looked_into);
+    void look_for_sections(const ts_packet &packet, const packet_sequence &sequence);
     void on_changed_pid(uint16_t pid, const moment &at);
     recording_end end_of(const timeline &known, const moment &end) const;
     void finish_meters(const recording_end &end, overview &found);

@@ -42,20 +42,31 @@ struct alignas(64) cache_line {
     uint8_t bytes[64];
 };
 
+/// Bytes that follow each other in the recording, up to the next piece of their block.
+struct block_piece {
+    const uint8_t *first = nullptr;
+    uint64_t offset = 0; ///< in the recording
+};
+
 /// Steps point into the bytes: a block neither moves nor is copied.
 struct block {
-    explicit block(size_t size) : storage(new cache_line[(block_headroom + size) / sizeof(cache_line) + 1]) {}
+    explicit block(size_t size, size_t headroom_size = block_headroom)
+        : storage(new cache_line[(headroom_size + size) / sizeof(cache_line) + 1]), headroom(headroom_size)
+    {
+    }
     block(const block &) = delete;
     block &operator=(const block &) = delete;
 
     /// Where bytes are read to; before it is the headroom.
-    uint8_t *room() { return reinterpret_cast<uint8_t *>(storage.get()) + block_headroom; }
+    uint8_t *room() { return reinterpret_cast<uint8_t *>(storage.get()) + headroom; }
 
     std::unique_ptr<cache_line[]> storage;
+    size_t headroom;
     const uint8_t *first = nullptr; ///< first byte
     const uint8_t *fence =
         nullptr;         ///< one past the last byte; what is left over stands in the next block too
     uint64_t offset = 0; ///< of the first byte in the recording
+    std::vector<block_piece> pieces;       ///< of a block that holds packets alone; else all bytes are one
     const uint8_t *in_sync_from = nullptr; ///< start of the first packet since sync was last found
     uint64_t in_sync_index = 0;            ///< its index
     uint64_t first_index = 0;              ///< of the first packet
@@ -69,7 +80,13 @@ struct block {
     int64_t arrival_of(uint64_t packet) const { return arrival[static_cast<size_t>(packet - first_index)]; }
 
     /// Offset in the recording of a byte of the block.
-    uint64_t offset_of(const uint8_t *byte) const { return offset + static_cast<uint64_t>(byte - first); }
+    uint64_t offset_of(const uint8_t *byte) const
+    {
+        return pieces.empty() ? offset + static_cast<uint64_t>(byte - first) : offset_in_piece(byte);
+    }
+
+private:
+    uint64_t offset_in_piece(const uint8_t *byte) const;
 };
 
 /// Blocks that are free, used again last in, first out, so that they are still in the cache.

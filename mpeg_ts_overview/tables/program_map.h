@@ -15,8 +15,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <set>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -30,7 +28,12 @@ public:
     /// Takes every section whose CRC_32 is right, and looks at PAT and PMTs.
     void on_section(const table_section &section);
 
-    /// What the PID is to the first program of the PAT whose current PMT lists it.
+    /// The roles of PIDs become what the sections since the last call made of them. To be called once a
+    /// packet: each of many sections in it may put all programs in another order.
+    void settle_roles();
+
+    /// What the PID is, since roles were settled last, to the first program of the PAT whose current PMT
+    /// lists it.
     const stream_role &role_of(uint16_t pid) const { return roles[pid]; }
 
     /// True while a program with a current PMT has its PCRs on the PID.
@@ -45,8 +48,7 @@ public:
     /// True once a PMT has had a CA_descriptor.
     bool has_conditional_access() const { return had_ca_descriptor; }
 
-    /// The PIDs whose role, or whose being a program's clock, the section that came last changed; a PID may
-    /// stand there more than once.
+    /// The PIDs whose role, or whose being a program's clock, changed when roles were settled last.
     const std::vector<uint16_t> &changed_pids() const { return changed; }
 
     /// The transport_stream_id of the last PAT section.
@@ -85,37 +87,48 @@ private:
         uint16_t number = 0;
         uint16_t pmt_pid = 0;
         std::map<uint32_t, uint16_t> places; ///< in the current PAT, in its order, and the PIDs there
-        uint32_t place = 0;                  ///< the first of them, when there is one
         kept_map last;
         bool is_listed = false;   ///< in the current PAT
         bool ever_mapped = false; ///< last is what a PMT said
         bool current = false;     ///< last is what its current PMT says
+        bool moved = false;       ///< in the PAT, since roles were settled last
+    };
+
+    /// A stream of a program whose PMT is current.
+    struct pid_listing {
+        uint16_t program = 0; ///< its place in programs
+        uint16_t stream = 0;  ///< its place in the streams of that
     };
 
     void on_pat(const table_section &section);
-    void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries,
-                             std::set<uint32_t> &touched);
-    void settle(const std::set<uint32_t> &touched);
-    void move(uint32_t index);
+    void replace_pat_section(unsigned section_number, std::vector<pat_entry> entries);
+    void settle_programs();
+    bool move(uint16_t index);
     void on_pmt(const table_section &section);
     kept_map keep(const pmt &map, uint32_t crc_32);
-    void enter(uint32_t index);
-    void leave(uint32_t index, const kept_map &map);
+    void enter(uint16_t index);
+    void leave(uint16_t index, const kept_map &map);
     void unname(const kept_map &map);
-    void refresh(const kept_map &map, bool shared_only = false);
-    void note_clock(uint16_t pid, bool was_program_clock);
-    uint32_t program_index(uint16_t number);
+    void mark(uint16_t pid);
+    void mark_streams(const kept_map &map, bool shared_only = false);
+    stream_role role_now(uint16_t pid) const;
+    uint16_t program_index(uint16_t number);
+    std::optional<uint16_t> known_index(uint16_t number) const;
 
     pid_directory &directory;
     std::vector<stream_role> roles;
-    std::vector<std::map<uint32_t, stream_role>> listings; ///< per PID, by index of the program
-    std::bitset<mpeg_ts_pid_count> shared;                 ///< PIDs that several programs list
-    std::vector<uint64_t> refreshed; ///< per PID, the number of the last change that looked at its role
-    uint64_t change_number = 0;
+    std::vector<std::vector<pid_listing>> listings; ///< per PID, in any order
+    std::bitset<mpeg_ts_pid_count> shared;          ///< PIDs that several programs list
+    std::vector<uint16_t> marked;                   ///< PIDs whose role may be another now
+    std::bitset<mpeg_ts_pid_count> is_marked;
+    std::bitset<mpeg_ts_pid_count> was_clock; ///< PIDs with PCRs of programs when roles were settled last
     std::array<std::vector<pat_entry>, 256> pat_sections;
     std::array<uint32_t, 256> pat_crcs = {};
     std::vector<program> programs;
-    std::unordered_map<uint16_t, uint32_t> index_of; ///< by program_number
+    std::vector<uint32_t> first_places; ///< of each program, in the PAT, where it is listed
+    std::vector<uint32_t> index_of;     ///< by program_number, 1 + place in programs; 0: none
+    std::vector<uint16_t> touched;      ///< by the PAT section, places in programs
+    std::vector<uint16_t> moved;        ///< since roles were settled last, places in programs
     std::vector<listing_change> listing;
     std::optional<uint16_t> stream_id;
     bool map_came = false;

@@ -62,6 +62,8 @@ void repetition_watch::arrive_by_own_clock(repetition_clock &clock, int64_t tick
 void repetition_watch::end(repetition_clock &clock, const moment &at, const watched_thing &thing)
 {
     if (at.ticks && at.stretch >= 0) {
+        // What did not run as long as any limit tells nothing.
+        if (clock.stretch == at.stretch && *at.ticks - clock.run_ticks < shortest_limit) return;
         settle(clock, at, false, thing);
     } else if (stretches.current()) {
         settle_past(clock, thing);

@@ -43,6 +43,7 @@ void stream_tables::on_packet(const ts_packet &packet, const packet_sequence &se
     consumer = &others;
     router.on_packet(packet, sequence, *this);
     consumer = nullptr;
+    map.settle_roles();
 }
 
 void stream_tables::on_section(const table_section &section)

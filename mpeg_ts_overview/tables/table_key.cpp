@@ -2,6 +2,7 @@
 
 #include "mpeg12_ts/bit_reader.h"
 #include "mpeg_ts_overview/tables/eit.h"
+#include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/psip.h"
 #include "mpeg_ts_overview/tables/sdt.h"
 
@@ -29,11 +30,9 @@ table_key key_of(const table_section &section)
 
 size_t table_key_hash::operator()(const table_key &key) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
     const uint64_t table =
         uint64_t{key.pid} << 24 | uint64_t{key.table_id} << 16 | key.table_id_extension.value_or(0);
     const uint64_t stream =
         uint64_t{key.transport_stream_id.value_or(0)} << 16 | key.original_network_id.value_or(0);
-    const uint64_t mixed = (table * spread) ^ ((stream ^ key.ETM_id.value_or(0)) * spread << 7);
-    return static_cast<size_t>(mixed ^ mixed >> 32);
+    return spread_bits(table ^ uint64_t{spread_bits(stream ^ key.ETM_id.value_or(0))} << 7);
 }

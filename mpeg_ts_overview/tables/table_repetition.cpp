@@ -3,6 +3,7 @@
 #include "mpeg_ts_overview/tables/fetch_to_cache.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -35,11 +36,13 @@ bool table_repetition::table_clocks::holds(uint8_t section_number) const
     return place < numbers.size() && numbers[place] == section_number;
 }
 
-void table_repetition::table_clocks::add(uint8_t section_number, const repetition_clock &clock)
+/// The numbers come before fence, and none of them is held.
+void table_repetition::table_clocks::add(size_t first, size_t fence, const repetition_clock &clock)
 {
-    const auto place = static_cast<ptrdiff_t>(first_from(section_number));
-    numbers.insert(numbers.begin() + place, section_number);
-    clocks.insert(clocks.begin() + place, clock);
+    const auto place = static_cast<ptrdiff_t>(first_from(first));
+    clocks.insert(clocks.begin() + place, fence - first, clock);
+    const auto added = numbers.insert(numbers.begin() + place, fence - first, 0);
+    std::iota(added, added + static_cast<ptrdiff_t>(fence - first), static_cast<uint8_t>(first));
 }
 
 void table_repetition::on_section(const table_section &section, const table_key &of_table)
@@ -104,9 +107,7 @@ table_repetition::table_clocks *table_repetition::clocks_of(const table_section 
     }
     // Further numbers of a new version are waited for from now on.
     const bool from_the_start = is_new || (only_arrivals && !table->has_other_versions);
-    for (size_t number = first; number < fence; ++number)
-        table->add(static_cast<uint8_t>(number),
-                   from_the_start ? repetition_clock{} : watch.started(section.at));
+    table->add(first, fence, from_the_start ? repetition_clock{} : watch.started(section.at));
     return table;
 }
 

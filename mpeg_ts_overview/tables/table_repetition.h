@@ -60,7 +60,7 @@ private:
         /// The place of the section_number, or else of the next.
         size_t first_from(size_t section_number) const;
         bool holds(uint8_t section_number) const;
-        void add(uint8_t section_number, const repetition_clock &clock);
+        void add(size_t first, size_t fence, const repetition_clock &clock);
     };
 
     table_clocks *known_table(const table_key &of_table);

@@ -33,8 +33,7 @@ table_facts row_for(const table_key &key)
 
 size_t table_rows::number_hash::operator()(uint64_t number) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    return static_cast<size_t>(number * spread >> 32);
+    return spread_bits(number);
 }
 
 uint64_t table_rows::number_of(uint32_t row, const table_section &section)

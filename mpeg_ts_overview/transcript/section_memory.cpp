@@ -63,7 +63,5 @@ section_memory::key section_memory::key_of(const table_section &section)
 
 size_t section_memory::key_hash::operator()(const key &of) const
 {
-    constexpr uint64_t spread = 0x9E3779B97F4A7C15;
-    const uint64_t mixed = (of.pid_table_and_section * spread) ^ (of.identifiers * spread << 7);
-    return static_cast<size_t>(mixed ^ mixed >> 32);
+    return spread_bits(of.pid_table_and_section ^ uint64_t{spread_bits(of.identifiers)} << 7);
 }

@@ -4,6 +4,7 @@
 #include "mpeg_ts_overview/tables/flat_map.h"
 #include "mpeg_ts_overview/tables/section.h"
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -36,7 +37,7 @@ private:
         uint64_t pid_table_and_section = 0; ///< PID, table_id, extension, number, current or next
         uint32_t identifiers = 0;           ///< stream and network identifiers in the body, or ETM_id
 
-        bool operator==(const key &) const = default;
+        auto operator<=>(const key &) const = default;
     };
     struct key_hash {
         size_t operator()(const key &of) const;

@@ -9,9 +9,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// Bytes of text that are kept.
@@ -54,7 +54,7 @@ private:
     bool ended = false;
     section_memory last_receptions;
     std::vector<printed_text> texts;
-    std::unordered_map<uint64_t, uint32_t> with_hash; ///< places in texts
+    std::map<uint64_t, uint32_t> with_hash; ///< places in texts
     fault_groups faults;
     size_t text_size = 0;
     size_t event_text_size = 0;

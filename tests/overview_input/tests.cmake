@@ -1,2 +1,2 @@
-add_tests_of(overview_input block_test.cpp packet_scanner_test.cpp packet_test.cpp)
+add_tests_of(overview_input block_test.cpp packet_scanner_test.cpp packet_test.cpp sparse_block_test.cpp)
 target_link_libraries(overview_input_tests PRIVATE overview_input)
