@@ -168,7 +168,8 @@ recording_end metered_walk::end_of(const timeline &known, const moment &end) con
     result.has_arrival_times = stride == mpeg_ts_m2ts_packet_size;
     result.constant_bitrate = known.clock().is_bitrate_constant();
     if (known.base() == time_base_kind::pcr) result.clock_pids = known.clock().clock_pids();
-    if (const auto last = rates.last_packet_ticks()) {
+    const auto last = rates.last_packet_ticks();
+    if (last && end.ticks.value_or(0) > 0) {
         result.bucket_ticks = bucket_ticks_of(*last);
         result.buckets = static_cast<size_t>(buckets_up_to(*last, result.bucket_ticks));
     }

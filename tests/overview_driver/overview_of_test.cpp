@@ -282,6 +282,20 @@ TEST(overview, times_can_be_given_by_a_bitrate_or_left_out)
     EXPECT_FALSE(found_in(steady(3000), request).recording.duration_ticks);
 }
 
+TEST(overview, a_recording_shorter_than_a_tick_has_no_series)
+{
+    stream_builder stream;
+    stream.pcr(0x100, 0).pcr(0x100, 2700000);
+    overview_request request;
+    request.time_base = time_base_kind::bitrate;
+    request.bitrate_bps = 1000000000000;
+    const overview found = found_in(stream.data(), request);
+    ASSERT_EQ(found.pcr.size(), 1u);
+    EXPECT_EQ(found.recording.duration_ticks, 0);
+    EXPECT_TRUE(found.rates.whole.series_bps.empty());
+    EXPECT_TRUE(found.pcr[0].interval_series_ticks.empty());
+}
+
 TEST(overview, what_cannot_be_read_is_told)
 {
     overview found;
