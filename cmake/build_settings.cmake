@@ -40,10 +40,6 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
     # clang 14 links its own bitcode only with a linker of its own, which a fresh machine does not have.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-        # Each of the tests would optimise everything once more; machine code beside the bytecode spares them that.
-        if(WITH_TESTS)
-            add_compile_options(-ffat-lto-objects)
-        endif()
     endif()
 endif()
 
