@@ -18,6 +18,7 @@ struct contents_found : testing::Test {
         ASSERT_TRUE(section.is_whole());
         map.on_section(*section);
         contents.on_section(*section);
+        map.settle_roles();
     }
 
     void receive_program(const std::vector<pmt_stream> &streams)
