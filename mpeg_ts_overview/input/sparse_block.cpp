@@ -1,6 +1,6 @@
 #include "mpeg_ts_overview/input/sparse_block.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
@@ -34,9 +34,8 @@ std::unique_ptr<block> packets_of(const block &scanned, const packet_grid &grid)
         const uint8_t *const from = step.start - grid.sync_offset;
         if (from != next) copy->pieces.push_back({to, scanned.offset_of(from)});
         const size_t size = size_t{step.count} * grid.packet_size;
-        if (size > 0) std::memcpy(to, from, size);
         step.start = to + grid.sync_offset;
-        to += size;
+        to = std::copy_n(from, size, to);
         next = from + size;
     }
     copy->fence = to;
