@@ -139,9 +139,8 @@ bool packet_scanner::regain_sync(block &b)
     const uint8_t *const start = find_sync(p, b.fence, found);
     if (start == nullptr) {
         // What is left is too short to tell: the next block begins with it.
-        const auto reach =
-            static_cast<ptrdiff_t>(found.sync_offset + (trusted_sync_bytes - 1) * found.packet_size);
-        p = std::max(p, b.fence - std::min(reach, b.fence - p));
+        const size_t reach = found.sync_offset + (trusted_sync_bytes - 1) * size_t{found.packet_size};
+        p = b.fence - std::min(reach, static_cast<size_t>(b.fence - p));
         return false;
     }
     p = start;
