@@ -81,7 +81,8 @@ void metered_walk::on_break(const time_break &ended)
         breaks.kept.push_back(ended);
     else
         breaks.not_kept++;
-    if (ended.at.packet > times.first) stretches.see(times.moment_of(ended.at.packet - 1));
+    const bool is_in_times = ended.at.packet > times.first && ended.at.packet < times.fence;
+    if (is_in_times) stretches.see(times.moment_of(ended.at.packet - 1));
     absence.end_times();
     times.stretch = ended.at.stretch;
     absence.begin_times(times);

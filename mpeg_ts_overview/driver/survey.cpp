@@ -60,7 +60,9 @@ void survey::on_break(const time_break &ended)
         breaks.kept.push_back(ended);
     else
         breaks.not_kept++;
-    if (ended.at.packet > times.first) tables.see(times.moment_of(ended.at.packet - 1));
+    // At the end of the recording no times are in hand any more, and the last packet has been seen.
+    const bool is_in_times = ended.at.packet > times.first && ended.at.packet < times.fence;
+    if (is_in_times) tables.see(times.moment_of(ended.at.packet - 1));
     absence.end_times();
     times.stretch = ended.at.stretch;
     absence.begin_times(times);

@@ -188,6 +188,16 @@ TEST(overview, arrival_times_are_the_time_base_of_192_byte_packets_that_agree)
     EXPECT_NEAR(found.pcr[0].rate_offset->max_ppm, 0, 1e-3);
 }
 
+TEST(overview, sync_that_does_not_come_back_ends_arrival_times_too)
+{
+    steady_stream stream;
+    stream.add(1000);
+    const overview found = found_in(join({stream.stream.avchd(1000, step), repeated(0, 600000)}));
+    ASSERT_EQ(found.breaks.kept.size(), 1u);
+    EXPECT_EQ(found.breaks.kept[0].at.packet, 1000u);
+    EXPECT_EQ(found.breaks.kept[0].at.ticks, 1000 * step);
+}
+
 TEST(overview, an_arrival_time_that_goes_back_is_a_break_of_its_own)
 {
     steady_stream stream;
