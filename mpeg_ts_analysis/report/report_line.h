@@ -23,7 +23,7 @@ template <typename number_type>
     return put_decimal_field(w, unsigned_type{0} - bits, true, field);
 }
 
-/// A number of 32 bits or less is taken as the C library's conversions would read it.
+/// A number of 32 bits or less is promoted and taken as the C library's conversions would read it.
 template <typename number_type>
 [[gnu::always_inline]] inline char *report_put_number(char *w, report_piece piece, number_type value)
 {
