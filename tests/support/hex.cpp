@@ -1,5 +1,7 @@
 #include "tests/support/hex.h"
 
+#include <algorithm>
+
 namespace {
 
 int digit_value(char character)
@@ -37,8 +39,11 @@ bytes text_bytes(std::string_view text)
 
 bytes join(std::initializer_list<bytes> parts)
 {
-    bytes out;
-    for (const bytes &part : parts) out.insert(out.end(), part.begin(), part.end());
+    size_t size = 0;
+    for (const bytes &part : parts) size += part.size();
+    bytes out(size);
+    uint8_t *end = out.data();
+    for (const bytes &part : parts) end = std::copy_n(part.data(), part.size(), end);
     return out;
 }
 

@@ -160,7 +160,8 @@ stream_builder &stream_builder::padding(unsigned count)
 stream_builder &stream_builder::raw(const bytes &packet)
 {
     if (packet.size() != packet_size) throw std::length_error("not a packet");
-    stream.insert(stream.end(), packet.begin(), packet.end());
+    stream.resize(stream.size() + packet_size);
+    std::copy_n(packet.data(), packet_size, stream.data() + stream.size() - packet_size);
     return *this;
 }
 
@@ -188,7 +189,9 @@ bytes stream_builder::avchd(unsigned first_arrival_time, unsigned step) const
     bytes out;
     for (size_t at = 0; at < stream.size(); at += packet_size) {
         const auto arrival_time = first_arrival_time + step * static_cast<unsigned>(at / packet_size);
-        out = join({out, big_endian(arrival_time, 4), slice(stream, at, packet_size)});
+        const bytes header = big_endian(arrival_time, 4);
+        out.insert(out.end(), header.begin(), header.end());
+        out.insert(out.end(), stream.data() + at, stream.data() + at + packet_size);
     }
     return out;
 }
