@@ -1,8 +1,9 @@
-// Writes a page of each made-up recording into the folder that is given.
+// Writes a page of each made-up recording into the folder that is given, which need not be there yet.
 #include "mpeg_ts_overview/output/page.h"
 #include "page/recordings.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 
 int main(int count, char *words[])
@@ -11,6 +12,7 @@ int main(int count, char *words[])
         std::fputs("usage: make_pages FOLDER\n", stderr);
         return 1;
     }
+    std::filesystem::create_directories(words[1]);
     for (const made_recording &recording : all_recordings()) {
         std::ofstream file(std::string(words[1]) + "/" + recording.name + ".html", std::ios::binary);
         const bool written = write_page(recording.found, [&](std::string_view piece) {

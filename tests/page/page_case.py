@@ -1,30 +1,17 @@
-"""What tests of the page have in common: the pages, made once, and a browser."""
+"""What tests of the page have in common: the folder of pages, and a browser."""
 
-import atexit
-import functools
 import pathlib
-import subprocess
 import sys
-import tempfile
 import unittest
 
 from browser import Browser
 
-MAKE_PAGES = sys.argv.pop(1)
-
-
-@functools.cache
-def made_pages():
-    folder = tempfile.TemporaryDirectory(prefix="pages_")
-    atexit.register(folder.cleanup)
-    subprocess.run([MAKE_PAGES, folder.name], check=True)
-    return folder
+PAGES = pathlib.Path(sys.argv.pop(1))
 
 
 class PageCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = made_pages()
         cls.browser = Browser()
 
     @classmethod
@@ -35,7 +22,7 @@ class PageCase(unittest.TestCase):
         self.browser.show_as(1280)
 
     def open(self, name):
-        self.browser.open(pathlib.Path(self.folder.name) / (name + ".html"))
+        self.browser.open(PAGES / (name + ".html"))
 
     def parts(self):
         return [section.get_attribute("id") for section in self.browser.all("main > section")]

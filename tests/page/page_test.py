@@ -1,13 +1,12 @@
-"""The page in a real browser: page_test.py MAKE_PAGES"""
+"""The page in a real browser: page_test.py FOLDER_OF_PAGES"""
 
 import json
-import pathlib
 import unittest
 
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
 
-from page_case import PageCase
+from page_case import PAGES, PageCase
 from plots_test import PlotsTest  # noqa: F401 (found by unittest)
 
 PARTS = ["checks", "programs", "rates", "clocks", "faults", "tables", "guide", "cues", "teletext", "transcript", "left_out"]
@@ -239,19 +238,19 @@ class PageTest(PageCase):
         self.assertFalse(self.browser.one("nav").is_displayed())
 
     def test_the_page_of_a_day_is_small_and_opens_at_once(self):
-        page = pathlib.Path(self.folder.name) / "day.html"
+        page = PAGES / "day.html"
         self.assertLess(page.stat().st_size, 10_000_000)
         self.assertLess(self.seconds_to_open("day"), 2)
         self.assertIn("20\u202f000 events of 20 services", self.browser.one("#guide").text)
 
     def test_the_page_of_a_recording_with_more_of_everything_is_small_and_opens_at_once(self):
-        page = pathlib.Path(self.folder.name) / "overfull.html"
+        page = PAGES / "overfull.html"
         self.assertLess(page.stat().st_size, 10_000_000)
         self.assertLess(self.seconds_to_open("overfull"), 2)
         self.assertIn("guide", self.browser.one("#left_out").text)
 
     def test_the_page_of_a_recording_that_fills_every_store_is_small_and_opens_at_once(self):
-        page = pathlib.Path(self.folder.name) / "hostile.html"
+        page = PAGES / "hostile.html"
         self.assertLess(page.stat().st_size, 10_000_000)
         self.assertLess(self.seconds_to_open("hostile"), 2)
         self.assertEqual(self.parts(), PARTS)
