@@ -43,9 +43,15 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
     endif()
 endif()
 
-# The fuzz entries want the analyser counted and watched; libFuzzer itself is linked to the entries only.
+# The fuzz entries want the programs counted and watched; libFuzzer itself is linked to the entries only. Tests built beside
+# them run the same code, and would wait for every comparison to be told.
 if(WITH_FUZZ)
-    set(fuzz_checks -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all)
+    set(fuzz_checks -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
+    if(WITH_TESTS)
+        list(APPEND fuzz_checks -fsanitize-coverage=inline-8bit-counters,pc-table)
+    else()
+        list(APPEND fuzz_checks -fsanitize=fuzzer-no-link)
+    endif()
     add_compile_options(${fuzz_checks} -fno-omit-frame-pointer)
     add_link_options(${fuzz_checks})
 endif()
