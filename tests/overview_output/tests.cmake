@@ -14,7 +14,7 @@ target_link_libraries(overview_output_tests PRIVATE overview_output made_recordi
 add_executable(overview_page_tests overview_output/page_test.cpp)
 target_compile_options(overview_page_tests PRIVATE -O1)
 target_link_libraries(overview_page_tests PRIVATE made_recordings GTest::gtest_main)
-gtest_discover_tests(overview_page_tests TEST_PREFIX "overview_output." DISCOVERY_TIMEOUT 60)
+discover_tests(overview_page_tests overview_output)
 
 # Every JSON output holds against its schema, which knows nothing that the outputs do not have.
 add_executable(write_sample_json overview_output/write_sample_json.cpp overview_output/sample_overview.cpp)
