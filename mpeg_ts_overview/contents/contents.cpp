@@ -11,7 +11,8 @@ void recording_contents::on_packet(const ts_packet &packet, const packet_sequenc
 
 void recording_contents::on_section(const table_section &section)
 {
-    cues.on_section(section, map.role_of(section.pid), clocks);
+    if (directory.is(section.pid, pid_use::splices))
+        cues.on_section(section, map.role_of(section.pid), clocks);
     if (!is_current(section)) return;
     if (map.is_current_map(section)) on_map(section);
     if (!is_on_own_pid(directory, section.pid, section.header.table_id)) return;
@@ -28,6 +29,7 @@ void recording_contents::on_map(const table_section &section)
     if (streams == nullptr) return;
     for (const auto &[pid, description] : *streams) {
         if (description.family) headers.look_for(pid, *description.family);
+        if (has_teletext[pid] && !description.is_teletext) teletext.on_other_contents(pid);
         has_teletext[pid] = description.is_teletext;
     }
 }

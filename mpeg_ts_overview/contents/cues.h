@@ -15,8 +15,9 @@ constexpr size_t cue_limit = 5000;
 
 class cue_list {
 public:
-    /// Takes any section whose CRC_32 is right, and what its PID is; looks at those with table_id 0xFC. The
-    /// same bytes on the same PID are one cue. clocks has taken the packet in which the section ends.
+    /// Takes any section of a PID of stream_type 0x86 whose CRC_32 is right, and what the PID is; looks at
+    /// those with table_id 0xFC. The same bytes on the same PID are one cue. clocks has taken the packet in
+    /// which the section ends.
     void on_section(const table_section &section, const stream_role &role, const program_clocks &clocks);
 
     /// The cues in order of first arrival; not_kept counts sections.

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr uint8_t private_pes_type = 0x06;
-constexpr uint8_t splice_type = 0x86;
 
 constexpr uint8_t language_descriptor = 0x0A;
 constexpr uint8_t vbi_teletext_descriptor = 0x46;
@@ -225,7 +224,7 @@ stream_description describe_stream(const pmt_entry &stream, bool blu_ray_program
 
     description.name = type >= 0x80 ? "user private" : "reserved";
     description.language = languages_of(stream.ES_info);
-    if (nature_of(stream, blu_ray_program).sections && type == splice_type) {
+    if (nature_of(stream, blu_ray_program).splices) {
         description.name = "SCTE-35 cues";
         description.kind = "cues";
         return description;

@@ -75,6 +75,12 @@ void teletext_pages::on_sync_loss()
     for (const std::unique_ptr<service> &lost : services) drop(*lost);
 }
 
+void teletext_pages::on_other_contents(uint16_t pid)
+{
+    const uint16_t number = service_number[pid];
+    if (number != 0 && number != no_service) drop(*services[number - 1u]);
+}
+
 /// What is received on the PID; null when there is no room for it.
 teletext_pages::service *teletext_pages::service_of(uint16_t pid)
 {

@@ -33,6 +33,9 @@ public:
     /// Sync was lost: every reception in hand ends there.
     void on_sync_loss();
 
+    /// The PID carries something else from here on.
+    void on_other_contents(uint16_t pid);
+
     /// The pages by PID, page and subcode; not_kept counts receptions.
     teletext_facts finish() const;
 

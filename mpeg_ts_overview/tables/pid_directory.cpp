@@ -44,7 +44,7 @@ bool pid_directory::has_fixed_meaning(uint16_t pid) const
 bool pid_directory::is_named_for_sections(uint16_t pid) const
 {
     return is(pid, pid_use::network) || is(pid, pid_use::map) || is(pid, pid_use::sections) ||
-           is(pid, pid_use::psip);
+           is(pid, pid_use::splices) || is(pid, pid_use::psip);
 }
 
 bool pid_directory::collects(uint16_t pid, uint8_t table_id) const

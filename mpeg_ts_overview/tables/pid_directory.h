@@ -14,7 +14,8 @@ enum class pid_use : uint8_t {
     map,                ///< the PAT: a PMT
     clock,              ///< a PMT: PCR_PID
     stream,             ///< a PMT: a stream of another type than 0x05
-    sections,           ///< a PMT: stream_type 0x05, or 0x86 where it is SCTE 35
+    sections,           ///< a PMT: stream_type 0x05
+    splices,            ///< a PMT: stream_type 0x86 where it is SCTE 35
     conditional_access, ///< CAT or PMT: a CA_PID
     psip,               ///< the MGT
     count

@@ -191,9 +191,10 @@ program_map::kept_map program_map::keep(const pmt &map, uint32_t crc_32)
         const stream_nature nature = nature_of(stream, blu_ray_program);
         kept.streams.push_back(
             {stream.elementary_PID, stream.stream_type, nature.still_pictures, nature.kind});
-        if (nature.sections) kept.names.emplace_back(stream.elementary_PID, pid_use::sections);
-        if (stream.stream_type != private_sections_stream_type)
-            kept.names.emplace_back(stream.elementary_PID, pid_use::stream);
+        const bool private_sections = stream.stream_type == private_sections_stream_type;
+        kept.names.emplace_back(stream.elementary_PID,
+                                private_sections ? pid_use::sections : pid_use::stream);
+        if (nature.splices) kept.names.emplace_back(stream.elementary_PID, pid_use::splices);
     }
     return kept;
 }

@@ -96,8 +96,8 @@ stream_nature nature_of(const pmt_entry &stream, bool blu_ray_program)
     stream_nature nature;
     const uint8_t type = stream.stream_type;
 
-    nature.sections = type == private_sections_stream_type || (type == splice_type && !blu_ray_program);
-    if (nature.sections) return nature;
+    nature.splices = type == splice_type && !blu_ray_program;
+    if (nature.splices) return nature;
     const bool blu_ray = blu_ray_program || is_registered(stream.ES_info, "HDMV");
     if (is_among(type, video_types)) {
         nature.kind = stream_kind::video;

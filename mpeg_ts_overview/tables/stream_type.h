@@ -13,7 +13,7 @@ constexpr uint8_t private_sections_stream_type = 0x05;
 struct stream_nature {
     stream_kind kind = stream_kind::other;
     bool still_pictures = false; ///< a video descriptor says so
-    bool sections = false;       ///< private sections, or splice information, SCTE 35
+    bool splices = false;        ///< splice information, SCTE 35
 };
 
 /// True when the loop holds a registration_descriptor of that format_identifier, four characters.

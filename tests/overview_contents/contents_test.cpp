@@ -195,6 +195,17 @@ TEST_F(contents_found, a_cue_has_the_clock_of_its_program)
     EXPECT_EQ(result.cues.cues[0].pre_roll_ticks, 3 * ticks_per_second);
 }
 
+TEST_F(contents_found, private_sections_of_another_kind_are_no_cues)
+{
+    receive_program({
+        {0x05, 0x200, {}}
+    });
+    receive(0x200, splice_section(0x06, splice_time(90000)));
+    receive(0x1000, splice_section(0x06, splice_time(90000)));
+    receive(0x12, splice_section(0x06, splice_time(90000)));
+    EXPECT_TRUE(found().cues.cues.empty());
+}
+
 TEST_F(contents_found, what_the_caps_dropped_is_told)
 {
     for (unsigned id = 0; id < guide_event_limit + 2; ++id)

@@ -63,6 +63,15 @@ TEST_F(teletext_loss, lost_sync_ends_what_is_in_hand)
     EXPECT_TRUE(found().empty());
 }
 
+TEST_F(teletext_loss, other_contents_of_the_pid_end_what_is_in_hand)
+{
+    stream.send({header(0x100)});
+    pages.on_other_contents(0x1FFF);
+    pages.on_other_contents(0x0200);
+    stream.send({row(1, 1, "of no page"), header(0x1FF)});
+    EXPECT_TRUE(found().empty());
+}
+
 TEST_F(teletext_loss, a_duplicate_gives_nothing)
 {
     stream.send({header(0x100), row(1, 1, "one")});

@@ -23,7 +23,8 @@ TEST_F(directory, reserved_pids_are_collected_from_the_start_and_no_others)
 
 TEST_F(directory, pids_of_pat_mgt_and_private_sections_are_collected_as_long_as_they_are_named)
 {
-    for (const pid_use use : {pid_use::network, pid_use::map, pid_use::sections, pid_use::psip}) {
+    for (const pid_use use :
+         {pid_use::network, pid_use::map, pid_use::sections, pid_use::splices, pid_use::psip}) {
         pids.add(0x100, use);
         EXPECT_TRUE(pids.collects(0x100));
         EXPECT_TRUE(pids.is(0x100, use));

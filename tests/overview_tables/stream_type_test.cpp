@@ -50,13 +50,13 @@ TEST_F(streams, blu_ray_has_more_types_of_audio)
     EXPECT_EQ(nature(0x80, registration("HDMW")).kind, stream_kind::other);
 }
 
-TEST_F(streams, sections_are_of_type_0x05_and_0x86_outside_of_blu_ray)
+TEST_F(streams, splice_information_is_of_type_0x86_outside_of_blu_ray)
 {
     for (unsigned type = 0; type < 256; ++type) {
-        EXPECT_EQ(nature(type).sections, type == 0x05 || type == 0x86) << type;
-        EXPECT_EQ(nature(type, {}, true).sections, type == 0x05) << type;
+        EXPECT_EQ(nature(type).splices, type == 0x86) << type;
+        EXPECT_FALSE(nature(type, {}, true).splices) << type;
     }
-    EXPECT_TRUE(nature(0x86, registration("HDMV")).sections);
+    EXPECT_TRUE(nature(0x86, registration("HDMV")).splices);
     EXPECT_EQ(nature(0x86, registration("HDMV")).kind, stream_kind::other);
 }
 
