@@ -106,7 +106,7 @@ std::string upid_text(unsigned segmentation_upid_type, const uint8_t *start, con
 
 } // namespace
 
-void read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message)
+bool read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message)
 {
     bit_reader in(start, fence);
     cue_segmentation segmentation;
@@ -114,10 +114,7 @@ void read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message)
     in.bits(32); // segmentation_event_id
     const bool segmentation_event_cancel_indicator = in.bits(1) != 0;
     in.bits(7); // segmentation_event_id_compliance_indicator, reserved
-    if (segmentation_event_cancel_indicator) {
-        message.cancelled = true;
-        return;
-    }
+    if (segmentation_event_cancel_indicator) return true;
     const bool program_segmentation_flag = in.bits(1) != 0;
     const bool segmentation_duration_flag = in.bits(1) != 0;
     in.bits(1); // delivery_not_restricted_flag
@@ -129,11 +126,12 @@ void read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message)
     if (segmentation_duration_flag) in.bits64(40); // segmentation_duration
     const unsigned segmentation_upid_type = in.bits(8);
     const unsigned segmentation_upid_length = in.bits(8);
-    if (!in.has(segmentation_upid_length + size_t{1})) return;
+    if (!in.has(segmentation_upid_length + size_t{1})) return false;
     const uint8_t *const upid = in.position();
     in.skip(segmentation_upid_length);
     segmentation.type = static_cast<uint8_t>(in.bits(8)); // segmentation_type_id
     segmentation.name = name_of_type(segmentation.type);
     segmentation.upid = upid_text(segmentation_upid_type, upid, upid + segmentation_upid_length);
     message.segmentations.push_back(std::move(segmentation));
+    return false;
 }

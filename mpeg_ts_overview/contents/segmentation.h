@@ -5,6 +5,6 @@
 
 #include <cstdint>
 
-/// Reads [start, fence), behind the descriptor_length and the identifier "CUEI", into a cue: a segmentation,
-/// or that one is cancelled. What runs past the descriptor's end is left out.
-void read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message);
+/// Reads [start, fence), behind the descriptor_length and the identifier "CUEI", into a cue. What runs past
+/// the descriptor's end is left out. True when the event is cancelled and says nothing else.
+bool read_segmentation(const uint8_t *start, const uint8_t *fence, cue &message);

@@ -153,16 +153,18 @@ void read_descriptors(bit_reader in, cue &message)
     const unsigned descriptor_loop_length = in.bits(16);
     if (!in.has(descriptor_loop_length)) return;
     in = bit_reader(in.position(), in.position() + descriptor_loop_length);
+    bool one_is_cancelled = false;
     while (in.has(6)) {
         const unsigned splice_descriptor_tag = in.bits(8);
         const unsigned descriptor_length = in.bits(8);
-        if (!in.has(descriptor_length)) return;
+        if (!in.has(descriptor_length)) break;
         const uint8_t *const body = in.position();
         const unsigned identifier = bit_reader(body, body + descriptor_length).bits(32);
         if (splice_descriptor_tag == segmentation_tag && identifier == cue_identifier)
-            read_segmentation(body + 4, body + descriptor_length, message);
+            one_is_cancelled |= read_segmentation(body + 4, body + descriptor_length, message);
         in.skip(descriptor_length);
     }
+    if (one_is_cancelled && message.segmentations.empty()) message.cancelled = true;
 }
 
 } // namespace
@@ -182,7 +184,7 @@ cue read_splice_info(const uint8_t *start, const uint8_t *fence)
     in.bits(1);  // private_indicator
     in.bits(2);  // sap_type
     in.bits(12); // section_length
-    in.bits(8);  // protocol_version
+    const unsigned protocol_version = in.bits(8);
     const bool encrypted_packet = in.bits(1) != 0;
     in.bits(6); // encryption_algorithm
     const uint64_t pts_adjustment = in.bits64(33);
@@ -191,6 +193,11 @@ cue read_splice_info(const uint8_t *start, const uint8_t *fence)
     const unsigned splice_command_length = in.bits(12);
     const unsigned splice_command_type = in.bits(8);
 
+    // Later protocols may be laid out in another way.
+    if (protocol_version != 0) {
+        message.command = "reserved";
+        return message;
+    }
     message.command = encrypted_packet ? "encrypted" : command_name(splice_command_type);
     if (encrypted_packet) return message;
     const uint8_t *const command = in.position();

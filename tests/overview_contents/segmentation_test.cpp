@@ -75,11 +75,15 @@ TEST(segmentation, a_upid_is_text_where_its_type_is)
         EXPECT_EQ(upid_of(type, hex("41 42 0F")), "41420f") << type;
 }
 
-TEST(segmentation, a_cancelled_event_cancels)
+TEST(segmentation, a_cancelled_event_is_told_and_is_none)
 {
-    const cue message = cue_with(hex("00000001 FF"));
-    EXPECT_TRUE(message.cancelled);
+    const bytes cancelled = hex("00000001 FF");
+    cue message;
+    EXPECT_TRUE(read_segmentation(cancelled.data(), cancelled.data() + cancelled.size(), message));
     EXPECT_TRUE(message.segmentations.empty());
+    const bytes live = hex("00000001 7F BF 00 00 30 01 01");
+    EXPECT_FALSE(read_segmentation(live.data(), live.data() + live.size(), message));
+    EXPECT_EQ(message.segmentations.size(), 1u);
 }
 
 TEST(segmentation, what_runs_past_the_descriptor_is_left_out)

@@ -125,6 +125,24 @@ TEST(splice_info, an_encrypted_section_is_not_read)
     EXPECT_TRUE(found.segmentations.empty());
 }
 
+TEST(splice_info, another_protocol_is_not_read)
+{
+    bytes section = splice_section(0x05, insert_with_break, ad_start);
+    section[3] = 1; // protocol_version
+    const cue found = cue_of(section);
+    EXPECT_EQ(found.command, "reserved");
+    EXPECT_EQ(found.splice_event_id, std::nullopt);
+    EXPECT_TRUE(found.segmentations.empty());
+}
+
+TEST(splice_info, segmentations_cancel_a_message_when_none_of_them_lives)
+{
+    const bytes cancelled = segmentation_descriptor(hex("00000002 FF"));
+    EXPECT_TRUE(cue_of(splice_section(0x06, splice_time(3), cancelled)).cancelled);
+    EXPECT_FALSE(cue_of(splice_section(0x06, splice_time(3), join({cancelled, ad_start}))).cancelled);
+    EXPECT_FALSE(cue_of(splice_section(0x06, splice_time(3), join({ad_start, cancelled}))).cancelled);
+}
+
 TEST(splice_info, without_a_command_length_the_descriptors_follow_the_command)
 {
     splice_fields fields;
