@@ -7,7 +7,8 @@ std::vector<atsc_event> read_atsc_eit(const table_section &section)
     std::vector<atsc_event> events;
     bit_reader in(section.body, section.body_fence);
 
-    in.bits(8); // protocol_version
+    const unsigned protocol_version = in.bits(8);
+    if (protocol_version != 0) return events;
     const unsigned num_events_in_section = in.bits(8);
     for (unsigned i = 0; i < num_events_in_section && in.has(12); ++i) {
         atsc_event event;
@@ -37,7 +38,8 @@ std::optional<ett> read_ett(const table_section &section)
     bit_reader in(section.body, section.body_fence);
 
     if (!in.has(5)) return std::nullopt;
-    in.bits(8); // protocol_version
+    const unsigned protocol_version = in.bits(8);
+    if (protocol_version != 0) return std::nullopt;
     text.ETM_id = in.bits(32);
     text.extended_text_message = take_rest(in);
     return text;

@@ -17,7 +17,7 @@ struct atsc_event {
     byte_range descriptors;
 };
 
-/// The events of an EIT section, as far as they fit.
+/// The events of an EIT section, as far as they fit; none of another protocol_version than 0.
 std::vector<atsc_event> read_atsc_eit(const table_section &section);
 
 struct ett {
@@ -30,5 +30,5 @@ struct ett {
     uint16_t event_id() const { return (ETM_id >> 2) & 0x3FFF; }
 };
 
-/// The section; nothing when it is shorter than its fixed part.
+/// The section; nothing when it is shorter than its fixed part, or of another protocol_version than 0.
 std::optional<ett> read_ett(const table_section &section);

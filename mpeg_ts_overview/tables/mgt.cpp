@@ -7,7 +7,8 @@ std::vector<mgt_table> read_mgt(const table_section &section)
     std::vector<mgt_table> tables;
     bit_reader in(section.body, section.body_fence);
 
-    in.bits(8); // protocol_version
+    const unsigned protocol_version = in.bits(8);
+    if (protocol_version != 0) return tables;
     const unsigned tables_defined = in.bits(16);
     for (unsigned i = 0; i < tables_defined && in.has(11); ++i) {
         mgt_table table;

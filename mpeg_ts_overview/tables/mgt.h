@@ -15,5 +15,5 @@ struct mgt_table {
     byte_range descriptors;
 };
 
-/// The tables that the section lists, as far as they fit.
+/// The tables that the section lists, as far as they fit; none of another protocol_version than 0.
 std::vector<mgt_table> read_mgt(const table_section &section);

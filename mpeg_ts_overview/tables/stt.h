@@ -16,5 +16,5 @@ struct stt {
     int64_t utc_s() const { return gps_epoch_utc_s + int64_t{system_time} - int64_t{GPS_UTC_offset}; }
 };
 
-/// The section; nothing when it is shorter than its fixed part.
+/// The section; nothing when it is shorter than its fixed part, or of another protocol_version than 0.
 std::optional<stt> read_stt(const table_section &section);

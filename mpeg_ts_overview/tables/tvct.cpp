@@ -7,7 +7,8 @@ std::vector<tvct_channel> read_tvct(const table_section &section)
     std::vector<tvct_channel> channels;
     bit_reader in(section.body, section.body_fence);
 
-    in.bits(8); // protocol_version
+    const unsigned protocol_version = in.bits(8);
+    if (protocol_version != 0) return channels;
     const unsigned num_channels_in_section = in.bits(8);
     for (unsigned i = 0; i < num_channels_in_section && in.has(32); ++i) {
         tvct_channel channel;

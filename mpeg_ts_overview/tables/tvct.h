@@ -24,5 +24,5 @@ struct tvct_channel {
     byte_range descriptors;
 };
 
-/// The channels of the section, as far as they fit.
+/// The channels of the section, as far as they fit; none of another protocol_version than 0.
 std::vector<tvct_channel> read_tvct(const table_section &section);

@@ -194,6 +194,7 @@ TEST_F(reading, an_mgt_lists_tables_as_many_as_it_says)
     EXPECT_EQ(read_mgt(of(hex("00 0002 0000 FFFB E1 00000010 F000 0100 FD00 E2 00000020 F001"))).size(), 1u);
     EXPECT_TRUE(read_mgt(of(hex("00 0001 0000 FFFB E1 00000010 F0"))).empty());
     EXPECT_TRUE(read_mgt(of({})).empty());
+    EXPECT_TRUE(read_mgt(of(hex("01 0001 0000 FFFB E1 00000010 F000 0100 FD00 E2 00000020 F000"))).empty());
 }
 
 TEST_F(reading, a_tvct_has_channels)
@@ -224,6 +225,7 @@ TEST_F(reading, a_tvct_has_channels)
     EXPECT_EQ(read_tvct(of(join({hex("00 01"), channel, hidden}))).size(), 1u);
     EXPECT_EQ(read_tvct(of(join({hex("00 02"), hidden, without_last(channel)}))).size(), 1u);
     EXPECT_TRUE(read_tvct(of({})).empty());
+    EXPECT_TRUE(read_tvct(of(join({hex("01 01"), channel, hidden}))).empty());
 }
 
 TEST_F(reading, an_stt_tells_utc)
@@ -234,4 +236,5 @@ TEST_F(reading, an_stt_tells_utc)
     EXPECT_EQ(time->GPS_UTC_offset, 5);
     EXPECT_EQ(time->utc_s(), 315964800 + 11);
     EXPECT_FALSE(read_stt(of(hex("00 00000010 05 00"))));
+    EXPECT_FALSE(read_stt(of(hex("01 00000010 05 0000"))));
 }
