@@ -23,7 +23,7 @@ std::string scan_text(const codec_details &details)
 
 std::string picture_text(const codec_details &details)
 {
-    if (!details.width || !details.height) return scan_text(details);
+    if (!details.width || !details.height) return details.rate ? scan_text(details) : "";
     const std::string size = std::to_string(*details.width) + "x" + std::to_string(*details.height);
     const std::string scan = scan_text(details);
     return size + (details.rate ? " " : "") + scan;

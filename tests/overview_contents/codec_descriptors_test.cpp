@@ -50,13 +50,13 @@ TEST(codec_descriptors, h_264_has_profile_and_level)
     EXPECT_EQ(said(codec_family::h264, descriptor(0x28, hex("4D 10 0B 3F"))), "H.264 | Main@1b");
 }
 
-TEST(codec_descriptors, hevc_has_profile_tier_level_and_scan)
+TEST(codec_descriptors, hevc_has_profile_tier_and_level)
 {
     const auto hevc = [](std::string_view body) {
         return said(codec_family::hevc, descriptor(0x38, hex(body)));
     };
-    EXPECT_EQ(hevc("01 60000000 900000000000 7B 3F"), "HEVC | p Main@4.1");
-    EXPECT_EQ(hevc("22 20000000 400000000000 99 3F"), "HEVC | i Main 10@5.1 high tier");
+    EXPECT_EQ(hevc("01 60000000 900000000000 7B 3F"), "HEVC | Main@4.1");
+    EXPECT_EQ(hevc("22 20000000 400000000000 99 3F"), "HEVC | Main 10@5.1 high tier");
     EXPECT_EQ(hevc("01 60000000 C00000000000 7B 3F"), "HEVC | Main@4.1");
     EXPECT_EQ(hevc("41 60000000 000000000000 7B 3F"), "HEVC | "); // another profile space
 }

@@ -10,6 +10,9 @@ TEST(codec_details_text, nothing_known_is_an_empty_line)
 TEST(codec_details_text, a_picture_has_size_rate_and_scan)
 {
     codec_details details;
+    details.interlaced = false;
+    EXPECT_EQ(codec_details_text(details), "");
+    details.interlaced.reset();
     details.width = 1280;
     EXPECT_EQ(codec_details_text(details), "");
     details.height = 720;
