@@ -18,6 +18,8 @@ constexpr size_t fault_packet_limit = 100;
 struct fault_share {
     uint32_t group = 0;
     uint32_t lines = 0;
+
+    bool operator==(const fault_share &) const = default;
 };
 using fault_tally = std::vector<fault_share>;
 

@@ -88,7 +88,9 @@ void transcript::take_new(const table_section &section)
     }
     std::string text = print(section);
     record->fingerprint = fingerprint_of(section);
-    if (!known || !changes_each_time(section.header.table_id))
+    if (changes_each_time(section.header.table_id) && record->text != no_text && known)
+        record->text = with_faults_of(text, section, record->text);
+    else
         record->text = number_of(std::move(text), section);
     count(record->text, section);
 }
@@ -116,6 +118,19 @@ uint32_t transcript::number_of(std::string text, const table_section &section)
     return known != with_hash.end() ? known->second : add_text(std::move(text), section, hash);
 }
 
+/// The first text of a table that gives the time stands for all of them, but each has faults of its own.
+uint32_t transcript::with_faults_of(std::string_view text, const table_section &section, uint32_t number)
+{
+    fault_tally named = faults.in_text(text, section);
+    if (named == texts[number].faults) return number;
+    if (!texts[number].of_one_table) {
+        texts.push_back({texts[number].entry, {}, true});
+        number = static_cast<uint32_t>(texts.size() - 1);
+    }
+    texts[number].faults = std::move(named);
+    return number;
+}
+
 /// Gives a new text its number, and room where there is some.
 uint32_t transcript::add_text(std::string text, const table_section &section, uint64_t hash)
 {
@@ -128,7 +143,7 @@ uint32_t transcript::add_text(std::string text, const table_section &section, ui
         return dropped_text;
     }
     const auto number = static_cast<uint32_t>(texts.size());
-    texts.push_back({kept ? facts.entries.size() : no_entry, std::move(named)});
+    texts.push_back({kept ? facts.entries.size() : no_entry, std::move(named), false});
     with_hash.emplace(hash, number);
     if (kept)
         keep(std::move(text), section);

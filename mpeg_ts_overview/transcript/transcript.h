@@ -39,12 +39,14 @@ private:
     struct printed_text {
         size_t entry = no_entry; ///< its place in the entries, if it is kept
         fault_tally faults;
+        bool of_one_table = false; ///< that gives the time: the faults are those of its last reception
     };
     static constexpr size_t no_entry = SIZE_MAX;
 
     void take_new(const table_section &section);
     std::string print(const table_section &section);
     uint32_t number_of(std::string text, const table_section &section);
+    uint32_t with_faults_of(std::string_view text, const table_section &section, uint32_t number);
     uint32_t add_text(std::string text, const table_section &section, uint64_t hash);
     bool has_room_for(std::string_view text, const table_section &section) const;
     void keep(std::string text, const table_section &section);

@@ -197,6 +197,24 @@ TEST_F(transcript_of, a_table_that_changes_each_time_stands_once)
     EXPECT_EQ(facts.entries[0].last.packet, 2u);
 }
 
+TEST_F(transcript_of, faults_of_a_table_that_changes_each_time_are_those_of_each_reception)
+{
+    const auto time = [](const char *body) { return carried{0x1FFB, long_section(0xCD, 0, hex(body))}; };
+    words.emplace();
+    words->on_atsc_packet();
+    receive(time("00 40000001 0F 0000"));
+    receive(time("00 40000002 0F 0000 4D 05"));
+    receive(time("00 40000002 0F 0000 4D 05"));
+    receive(time("00 40000003 0F 0000"));
+    receive(time("00 40000004 0F 0000 4D 05"));
+    const transcript_facts facts = finish();
+    ASSERT_EQ(facts.entries.size(), 1u);
+    EXPECT_EQ(facts.entries[0].count, 5u);
+    ASSERT_EQ(facts.faults.size(), 1u);
+    EXPECT_EQ(facts.faults[0].count, 3u);
+    EXPECT_EQ(facts.faults[0].packets, (std::vector<uint64_t>{1, 2, 4}));
+}
+
 TEST_F(transcript_of, each_system_time_is_shown_to_the_analyser)
 {
     const carried other_offset = {0x1FFB, long_section(0xCD, 0, hex("00 40000001 0F 0000"))};
