@@ -140,6 +140,7 @@ bool put_data(const overview &found, const output_sink &write)
     std::vector<std::string> cuts = lists.notes();
     if (!found.transcript.note.empty()) cuts.push_back("transcript: " + found.transcript.note);
     out.member("cuts", cuts);
+    out.member("all_rows", lists.all_rows());
     return out.end();
 }
 

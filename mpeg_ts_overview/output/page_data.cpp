@@ -76,7 +76,8 @@ size_t page_bytes(const ordered_json &value)
 
 void page_lists::note_rows(const char *what, size_t count, size_t all)
 {
-    if (count < all) note(fmt::format("{}: {} of {} are on this page", what, count, all));
+    note(fmt::format("{}: {} of {} are on this page", what, count, all));
+    row_counts[what] = all;
 }
 
 std::vector<std::string> page_lists::notes() const

@@ -99,6 +99,9 @@ public:
     /// What was left out, and how many texts were cut.
     std::vector<std::string> notes() const;
 
+    /// By what is in them, how many rows each list would have that has not all of them.
+    const ordered_json &all_rows() const { return row_counts; }
+
 private:
     template <class Rows, class Row>
     void put_first(size_t count, std::string_view name, const char *what, const Rows &rows, const Row &row)
@@ -108,13 +111,14 @@ private:
             texts_cut += cut_texts(value);
             return value;
         });
-        note_rows(what, count, rows.size());
+        if (count < rows.size()) note_rows(what, count, rows.size());
     }
 
     void note_rows(const char *what, size_t count, size_t all);
 
     json_stream &out;
     std::vector<std::string> left_out;
+    ordered_json row_counts = ordered_json::object();
     size_t left_bytes = 0;
     size_t texts_cut = 0;
 };

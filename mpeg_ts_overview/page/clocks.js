@@ -1,7 +1,7 @@
 // The clocks of the programs: PCR intervals, what is left of PCRs beside a straight line, margins of time
 // stamps.
 import {part} from "./elements.js";
-import {count_text, counted_text, interval_text, nanoseconds_text, pid_text} from "./figures.js";
+import {count_text, interval_text, nanoseconds_text, pid_text, rows_text} from "./figures.js";
 import {draw_limit, make_plot, series_colour} from "./plot.js";
 import {name_of_pids} from "./pid_names.js";
 import {table} from "./table.js";
@@ -25,7 +25,10 @@ export function clocks_part(found) {
     return part(
         "clocks",
         "Clocks",
-        counted_text(pcr.length, "PID", "PIDs") + " with PCR, " + time_stamps.length + " with time stamps",
+        rows_text(found, "PCRs", pcr.length, "PID", "PIDs") +
+            " with PCR, " +
+            rows_text(found, "time stamps", time_stamps.length, "PID", "PIDs") +
+            " with time stamps",
         interval_plot(found),
         residual_plot(found),
         margin_plot(found),

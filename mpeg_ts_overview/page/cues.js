@@ -1,16 +1,17 @@
 // Splice cues: marks on the time axis, and the list.
 import {part, place} from "./elements.js";
-import {count_text, counted_text, duration_text, hex_text, interval_text, pid_text} from "./figures.js";
+import {count_text, duration_text, hex_text, interval_text, pid_text, rows_text} from "./figures.js";
 import {dots_plot} from "./dots_plot.js";
 import {series_colour} from "./plot.js";
 import {table} from "./table.js";
 
-export function cues_part({cues, recording}) {
+export function cues_part(found) {
+    const {cues, recording} = found;
     if (cues.length === 0) return null;
     return part(
         "cues",
         "Cues",
-        counted_text(cues.length, "cue", "cues"),
+        rows_text(found, "cues", cues.length, "cue", "cues"),
         recording.duration_s ? cue_dots(cues, recording.duration_s) : null,
         cue_table(cues),
     );

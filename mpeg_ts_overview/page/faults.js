@@ -1,6 +1,6 @@
 // Faults that the tables tell of and places where time breaks: dots by group, and the groups as a table.
 import {element, note, part, place} from "./elements.js";
-import {count_text, counted_text, hex_text, pid_text, time_text} from "./figures.js";
+import {count_text, counted_text, hex_text, pid_text, rows_text, time_text} from "./figures.js";
 import {dots_plot} from "./dots_plot.js";
 import {table} from "./table.js";
 
@@ -19,19 +19,20 @@ export function faults_part(found) {
     return part(
         "faults",
         "Faults and breaks",
-        summary_text(faults, breaks),
+        summary_text(found),
         recording.duration_s ? fault_dots(found, sorted) : null,
         faults.length === 0 ? null : fault_table(sorted, recording.duration_s !== null),
         breaks.length === 0 ? null : break_table(breaks),
     );
 }
 
-function summary_text(faults, breaks) {
+function summary_text(found) {
+    const {faults, breaks} = found;
     const sum = faults.reduce((total, group) => total + group.count, 0);
-    const groups = counted_text(faults.length, "group", "groups");
+    const groups = rows_text(found, "groups of faults", faults.length, "group", "groups");
     const texts = [];
     if (sum > 0) texts.push(counted_text(sum, "fault", "faults") + " in " + groups);
-    if (breaks.length > 0) texts.push(counted_text(breaks.length, "break", "breaks") + " of time");
+    if (breaks.length > 0) texts.push(rows_text(found, "breaks of time", breaks.length, "break", "breaks") + " of time");
     return texts.join(", ");
 }
 

@@ -103,6 +103,12 @@ export function counted_text(value, one, more) {
     return count_text(value) + " " + (value === 1 ? one : more);
 }
 
+/// "2 cues"; of a list that the page has only the first rows of, "384 of 5 100 cues".
+export function rows_text({all_rows}, list, shown, one, more) {
+    const all = all_rows[list] ?? shown;
+    return (all === shown ? "" : count_text(shown) + " of ") + counted_text(all, one, more);
+}
+
 export function percent_text(share) {
     if (share === null || share === undefined) return "";
     return (share * 100).toFixed(1) + " %";

@@ -1,6 +1,6 @@
 // The programme guide: for each service what is on, what follows, then the schedule by day.
 import {element, lazy_details, note, part} from "./elements.js";
-import {counted_text, hex_text, planned_text, time_text, utc_text} from "./figures.js";
+import {counted_text, hex_text, planned_text, rows_text, time_text, utc_text} from "./figures.js";
 
 const events_open = 40; // of so many events or fewer all are shown at once
 
@@ -23,7 +23,7 @@ export function guide_part(found) {
     return part(
         "guide",
         "Guide",
-        counted_text(events.length, "event", "events") +
+        rows_text(found, "events of the guide", events.length, "event", "events") +
             " of " +
             counted_text(services.size, "service", "services") +
             others,

@@ -29,7 +29,7 @@ function left_out_part({limits_reached, cuts}) {
     return part(
         "left_out",
         "Left out",
-        "to keep memory and this page small",
+        "what the recording has and this page does not show",
         element(
             "ul",
             {},

@@ -1,6 +1,6 @@
 // All that is counted of each PID.
 import {lazy_details, place} from "./elements.js";
-import {count_text, counted_text, percent_text, pid_text, rate_text} from "./figures.js";
+import {count_text, percent_text, pid_text, rate_text, rows_text} from "./figures.js";
 import {name_of_pids} from "./pid_names.js";
 import {table} from "./table.js";
 
@@ -24,6 +24,9 @@ const counts = [
 
 export function pids_table(found) {
     const name_of = name_of_pids(found);
+    const {recording} = found;
+    // Two of the bad sync bytes of each loss are no packets anyway.
+    const packets = recording.packets - recording.sync_byte_errors + 2 * recording.sync_losses;
     const rates = new Map(found.rates.pids.map((row) => [row.pid, row]));
     const number = (title, value, show) => ({title, value, show, number: true});
     const rate = (title, field) =>
@@ -53,8 +56,8 @@ export function pids_table(found) {
         ),
         number(
             "share",
-            (row) => row.packets / found.recording.packets,
-            (row) => percent_text(row.packets / found.recording.packets),
+            (row) => row.packets / packets,
+            (row) => percent_text(row.packets / packets),
         ),
         rate("mean", "mean_bps"),
         rate("lowest second", "min_bps"),
@@ -74,7 +77,7 @@ export function pids_table(found) {
     ];
     return lazy_details(
         {class: "all", id: "pids"},
-        "All PIDs: " + counted_text(found.pids.length, "PID", "PIDs"),
+        "All PIDs: " + rows_text(found, "PIDs", found.pids.length, "PID", "PIDs"),
         () => [table("all PIDs", columns, found.pids)],
     );
 }

@@ -1,6 +1,6 @@
 // The services with their streams, rates as bars.
 import {button, element, part} from "./elements.js";
-import {counted_text, hex_text, percent_text, pid_text, rate_text} from "./figures.js";
+import {counted_text, hex_text, percent_text, pid_text, rate_text, rows_text} from "./figures.js";
 
 const programs_at_first = 60;
 const null_pid = 0x1fff;
@@ -11,7 +11,8 @@ export function name_of_program(program) {
     return program.service_name || "program " + program.number;
 }
 
-export function programs_part({programs, rates, transport_stream}) {
+export function programs_part(found) {
+    const {programs, rates, transport_stream} = found;
     if (programs.length === 0) return null;
     const streams = programs.flatMap((program) => program.streams);
     const greatest = Math.max(1, ...streams.map((stream) => stream.mean_bps ?? 0));
@@ -31,7 +32,7 @@ export function programs_part({programs, rates, transport_stream}) {
     return part(
         "programs",
         "Programs",
-        counted_text(programs.length, "program", "programs") +
+        rows_text(found, "programs", programs.length, "program", "programs") +
             ", " +
             counted_text(streams.length, "stream", "streams") +
             network,

@@ -1,9 +1,10 @@
 // The tables of the stream: how often they come, which versions there were.
 import {element, note, part, place} from "./elements.js";
-import {count_text, counted_text, hex_text, interval_text, pid_text} from "./figures.js";
+import {count_text, counted_text, hex_text, interval_text, pid_text, rows_text} from "./figures.js";
 import {table} from "./table.js";
 
-export function tables_part({tables}) {
+export function tables_part(found) {
+    const {tables} = found;
     if (tables.rows.length === 0) return null;
     const number = (title, value, show) => ({title, value, show, number: true});
     const interval = (title, which) =>
@@ -44,7 +45,7 @@ export function tables_part({tables}) {
     return part(
         "tables",
         "Tables",
-        counted_text(tables.rows.length, "table", "tables"),
+        rows_text(found, "tables", tables.rows.length, "table", "tables"),
         table("tables", columns, tables.rows),
         note("Intervals are between arrivals of sections of the same number."),
     );

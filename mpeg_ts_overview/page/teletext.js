@@ -1,11 +1,12 @@
 // Teletext: a page is chosen by its number, as on a receiver.
 import {button, element, part} from "./elements.js";
-import {counted_text, pid_text, time_text} from "./figures.js";
+import {counted_text, pid_text, rows_text, time_text} from "./figures.js";
 
 const screen_columns = 40;
 const screen_lines = 25;
 
-export function teletext_part({teletext}) {
+export function teletext_part(found) {
+    const {teletext} = found;
     if (teletext.length === 0) return null;
     const pages = [...teletext].sort(
         (a, b) => a.pid - b.pid || a.page.localeCompare(b.page) || a.subcode - b.subcode,
@@ -55,7 +56,7 @@ export function teletext_part({teletext}) {
     return part(
         "teletext",
         "Teletext",
-        counted_text(pages.length, "page", "pages"),
+        rows_text(found, "teletext pages", pages.length, "page", "pages"),
         element(
             "p",
             {class: "controls"},

@@ -1,10 +1,11 @@
 // The analyser's words for each distinct section, with a filter.
 import {button, element, lazy_details, note, part, place} from "./elements.js";
-import {count_text, counted_text, hex_text, pid_text, time_text} from "./figures.js";
+import {count_text, counted_text, hex_text, pid_text, rows_text, time_text} from "./figures.js";
 
 const entries_at_first = 100;
 
-export function transcript_part({transcript}) {
+export function transcript_part(found) {
+    const {transcript} = found;
     if (transcript.length === 0) return null;
     const filter = element("input", {type: "search", id: "filter", autocomplete: "off", spellcheck: "false"});
     const told = element("span", {class: "summary", role: "status"});
@@ -15,17 +16,17 @@ export function transcript_part({transcript}) {
 
     function show(limit) {
         const words = filter.value.toLowerCase().split(/\s+/).filter(Boolean);
-        const found = transcript.filter((_, number) => words.every((word) => texts[number].includes(word)));
-        told.textContent = counted_text(found.length, "section", "sections");
-        list.replaceChildren(...found.slice(0, limit).map((entry) => entry_box(entry, words)));
-        if (found.length > limit) list.append(button("show more", null, () => show(limit * 10)));
+        const fitting = transcript.filter((_, number) => words.every((word) => texts[number].includes(word)));
+        told.textContent = counted_text(fitting.length, "section", "sections");
+        list.replaceChildren(...fitting.slice(0, limit).map((entry) => entry_box(entry, words)));
+        if (fitting.length > limit) list.append(button("show more", null, () => show(limit * 10)));
     }
     filter.addEventListener("input", () => show(entries_at_first));
     show(entries_at_first);
     return part(
         "transcript",
         "Transcript",
-        counted_text(transcript.length, "distinct section", "distinct sections"),
+        rows_text(found, "sections of the transcript", transcript.length, "distinct section", "distinct sections"),
         note(
             "The analyser collects PMTs anew at each PAT, so its counts may be lower than those of " +
                 "the tables.",

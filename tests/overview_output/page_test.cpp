@@ -71,11 +71,13 @@ TEST(page, has_series_of_the_64_pids_with_the_most_and_says_so)
     EXPECT_EQ(data["time_stamps"].size(), 90U);
     EXPECT_EQ(data["cuts"][0], "rates over time: of 155 PIDs the 64 with the most, the others are one");
     EXPECT_EQ(data["cuts"][1], "time stamps over time: 64 PIDs of 90 have their series");
+    EXPECT_EQ(data["all_rows"], nlohmann::json::object());
 }
 
 TEST(page, is_below_10_MB_with_more_of_everything_and_says_what_is_left_out)
 {
-    const std::string page = page_of(overfull_recording());
+    const overview found = overfull_recording();
+    const std::string page = page_of(found);
     EXPECT_LT(page.size(), 10000000U);
     const nlohmann::json data = data_of(page);
     const std::string cuts = data["cuts"].dump();
@@ -83,6 +85,9 @@ TEST(page, is_below_10_MB_with_more_of_everything_and_says_what_is_left_out)
          {"programs: ", "tables: ", "events of the guide: ", "cues: ", "sections of the transcript: ",
           "groups of faults: ", "texts of more than 300 characters"})
         EXPECT_NE(cuts.find(what), std::string::npos) << what;
+    EXPECT_EQ(data["all_rows"]["programs"], found.programs.size());
+    EXPECT_EQ(data["all_rows"]["tables"], found.tables.rows.size());
+    EXPECT_EQ(data["all_rows"]["sections of the transcript"], found.transcript.entries.size());
     // What is on stays in the guide, wherever it came.
     const nlohmann::json &events = data["guide"]["events"];
     ASSERT_LT(events.size(), 5000U);

@@ -248,6 +248,9 @@ class PageTest(PageCase):
         self.assertLess(page.stat().st_size, 10_000_000)
         self.assertLess(self.seconds_to_open("overfull"), 2)
         self.assertIn("guide", self.browser.one("#left_out").text)
+        for part, rows in {"programs": "programs", "tables": "tables", "guide": "events", "cues": "cues",
+                           "transcript": "distinct sections"}.items():
+            self.assertRegex(self.browser.one("#" + part).text, r"\d of [\d\u202f]+ " + rows)
 
     def test_the_page_of_a_recording_that_fills_every_store_is_small_and_opens_at_once(self):
         page = PAGES / "hostile.html"
