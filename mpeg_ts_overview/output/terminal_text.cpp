@@ -39,6 +39,14 @@ struct code_range {
     uint32_t last;
 };
 
+/// C0, DEL and C1; ends of lines and paragraphs; embeddings, overrides and isolates of direction.
+constexpr code_range controls[] = {
+    {0x0000, 0x001F},
+    {0x007F, 0x009F},
+    {0x2028, 0x202E},
+    {0x2066, 0x2069},
+};
+
 /// Marks that stand over the character before them, and characters of no width.
 constexpr code_range without_width[] = {
     {0x0300, 0x036F},
@@ -182,10 +190,9 @@ std::string without_controls(std::string_view text)
     std::string clean;
     while (!text.empty()) {
         const decoded_character character = first_character(text);
-        const bool is_control = character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0);
         if (!character.valid)
             clean += "\xEF\xBF\xBD";
-        else if (!is_control)
+        else if (!is_in(character.code, controls))
             clean += text.substr(0, character.length);
         text.remove_prefix(character.length);
     }

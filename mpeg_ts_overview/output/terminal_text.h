@@ -5,7 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// The text without C0 and C1 controls and DEL; what is no UTF-8 becomes U+FFFD.
+/// The text without C0 and C1 controls, DEL and what turns lines or ends them; what is no UTF-8 becomes
+/// U+FFFD.
 std::string without_controls(std::string_view text);
 
 /// How many columns of a terminal the text fills: 2 for wide East Asian characters, 0 for combining marks, 1

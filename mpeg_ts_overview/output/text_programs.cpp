@@ -159,14 +159,16 @@ std::string text_of_others(const overview &found, const std::map<uint16_t, uint6
     std::stable_sort(others.begin(), others.end(),
                      [](const pid_facts *a, const pid_facts *b) { return a->packets > b->packets; });
 
+    // Two of the bad sync bytes of each loss are no packets anyway.
+    const recording_facts &recording = found.recording;
+    const uint64_t packets = recording.packets - recording.sync_byte_errors + 2 * recording.sync_losses;
     std::vector<std::string> items;
     for (const pid_facts *facts : others) {
         if (items.size() == most_others) break;
         std::string item = fmt::format("0x{:04X}{}", facts->pid, fixed_meaning(facts->pid, found.standard));
         if (const auto rate = rates.find(facts->pid); rate != rates.end())
             item += " " + rate_text(rate->second);
-        const double share =
-            static_cast<double>(facts->packets) / static_cast<double>(found.recording.packets);
+        const double share = static_cast<double>(facts->packets) / static_cast<double>(packets);
         items.push_back(item + fmt::format(" ({:.1f} %)", share * 100));
     }
     if (others.size() > items.size())

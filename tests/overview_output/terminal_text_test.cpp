@@ -9,6 +9,11 @@ TEST(terminal_text, controls_of_both_sets_are_dropped)
                                "b\xC2\x80\xC2\x9F\xC2\xA0"),
               "ab\xC2\xA0");
     EXPECT_EQ(without_controls(std::string_view("\0x", 2)), "x");
+    // A line end, an override of direction and what ends it; the marks of right-to-left text stay.
+    EXPECT_EQ(without_controls("a\xE2\x80\xA8\xE2\x80\xAE"
+                               "b\xE2\x80\xAC\xE2\x81\xA6"
+                               "c\xE2\x80\x8F"),
+              "abc\xE2\x80\x8F");
 }
 
 TEST(terminal_text, each_byte_that_is_no_utf_8_becomes_a_replacement_character)

@@ -131,7 +131,9 @@ TEST(text, without_rates_streams_show_their_share)
 TEST(text, pids_beyond_eight_of_no_program_are_counted)
 {
     overview found;
-    found.recording.packets = 100;
+    found.recording.packets = 103;
+    found.recording.sync_byte_errors = 5;
+    found.recording.sync_losses = 1;
     for (uint16_t pid = 0x0020; pid < 0x002A; ++pid) {
         pid_facts facts;
         facts.pid = pid;
