@@ -111,6 +111,14 @@ bool output_file::open_in_place(const struct stat &input)
     struct stat place = {};
     if (descriptor_ < 0 || fstat(descriptor_, &place) != 0) return fail(errno);
     if (is_same_file(place, input)) return fail("it is the input");
+
+    // A name of standard output is written to where that stands: something else may be on its way there.
+    struct stat output = {};
+    if (fstat(STDOUT_FILENO, &output) == 0 && is_same_file(place, output)) {
+        ::close(descriptor_);
+        descriptor_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        return descriptor_ >= 0 || fail(errno);
+    }
     holds_what_was_ = S_ISREG(place.st_mode);
     return true;
 }

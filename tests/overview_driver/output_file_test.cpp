@@ -207,6 +207,19 @@ TEST_F(output_files, standard_output_is_not_the_input_either)
     EXPECT_EQ(contents(input_path), "a recording");
 }
 
+TEST_F(output_files, a_name_of_standard_output_goes_on_where_that_stands)
+{
+    const fs::path place = folder / "both";
+    const int status = wait_status_of([&] {
+        const int descriptor = open(place.c_str(), O_WRONLY | O_CREAT, 0600);
+        dup2(descriptor, STDOUT_FILENO);
+        if (write(STDOUT_FILENO, "before ", 7) != 7 || error_of("/dev/stdout", "text") != "") _exit(1);
+        if (write(STDOUT_FILENO, " behind", 7) != 7) _exit(1);
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(contents(place), "before text behind");
+}
+
 TEST_F(output_files, a_full_disk_is_said)
 {
     EXPECT_EQ(error_of("/dev/full", "text"), "cannot write '/dev/full': No space left on device");
