@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -66,7 +67,7 @@ std::string text_of_stream(const program_stream &stream, const stream_layout &la
         rate = rate_text(*stream.mean_bps);
         const auto full = static_cast<double>(std::max<uint64_t>(layout.most_bps, 1));
         const double part = static_cast<double>(*stream.mean_bps) / full;
-        const auto length = static_cast<size_t>(part * static_cast<double>(layout.bar) + 0.5);
+        const auto length = static_cast<size_t>(std::lround(part * static_cast<double>(layout.bar)));
         bar.assign(std::max<size_t>(length, *stream.mean_bps > 0 ? 1 : 0), '#');
     } else if (stream.share) {
         rate = fmt::format("{:.1f} %", *stream.share * 100);
