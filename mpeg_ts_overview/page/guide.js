@@ -14,7 +14,7 @@ export function guide_part(found) {
         services.get(event.service).push(event);
     }
     const others = found.guide.others
-        ? ", " + counted_text(found.guide.others, "event", "events") + " of other streams came too"
+        ? ", events of other streams came " + counted_text(found.guide.others, "time", "times")
         : "";
     const boxes = [...services].map(([service, its]) =>
         service_box(names.get(service) || "service " + hex_text(service, 4), its),
