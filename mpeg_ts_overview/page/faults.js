@@ -32,7 +32,8 @@ function summary_text(found) {
     const groups = rows_text(found, "groups of faults", faults.length, "group", "groups");
     const texts = [];
     if (sum > 0) texts.push(counted_text(sum, "fault", "faults") + " in " + groups);
-    if (breaks.length > 0) texts.push(rows_text(found, "breaks of time", breaks.length, "break", "breaks") + " of time");
+    const break_count = rows_text(found, "breaks of time", breaks.length, "break", "breaks");
+    if (breaks.length > 0) texts.push(break_count + " of time");
     return texts.join(", ");
 }
 

@@ -28,13 +28,13 @@ export function programs_part(found) {
                   show(programs_at_first);
                   more.remove();
               });
+    const all_are_here = !("programs" in found.all_rows);
     const network = transport_stream.network_name ? ", network " + transport_stream.network_name : "";
     return part(
         "programs",
         "Programs",
         rows_text(found, "programs", programs.length, "program", "programs") +
-            ", " +
-            counted_text(streams.length, "stream", "streams") +
+            (all_are_here ? ", " + counted_text(streams.length, "stream", "streams") : "") +
             network,
         cards,
         more,

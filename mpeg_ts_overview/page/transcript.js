@@ -26,7 +26,13 @@ export function transcript_part(found) {
     return part(
         "transcript",
         "Transcript",
-        rows_text(found, "sections of the transcript", transcript.length, "distinct section", "distinct sections"),
+        rows_text(
+            found,
+            "sections of the transcript",
+            transcript.length,
+            "distinct section",
+            "distinct sections",
+        ),
         note(
             "The analyser collects PMTs anew at each PAT, so its counts may be lower than those of " +
                 "the tables.",

@@ -1,9 +1,11 @@
 #include "tests/overview_contents/si_sections.h"
 #include "tests/overview_contents/splice_sections.h"
+#include "tests/overview_contents/teletext_stream.h"
 #include "tests/support/table_sections.h"
 
 #include "mpeg_ts_overview/contents/contents.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 struct contents_found : testing::Test {
@@ -160,6 +162,33 @@ TEST_F(contents_found, a_pid_whose_map_says_otherwise_is_teletext_no_more)
     },
                                 {{0x06, 0x102, descriptor(0x59, {})}}));
     EXPECT_FALSE(contents.wants(0x102));
+}
+
+TEST_F(contents_found, a_page_of_teletext_ends_where_its_pid_is_something_else)
+{
+    const auto send = [&](const bytes &pes) {
+        for (size_t done = 0; done < pes.size(); done += 184) {
+            ts_packet packet;
+            packet.pid = 0x102;
+            packet.payload = pes.data() + done;
+            packet.fence = packet.payload + std::min<size_t>(184, pes.size() - done);
+            packet.payload_unit_start_indicator = done == 0;
+            contents.on_packet(packet, {});
+        }
+    };
+    const auto name_pid_by = [&](unsigned tag) {
+        receive(0x1000, pmt_section(7, 0x100,
+                                    {
+        },
+                                    {{0x06, 0x102, descriptor(tag, {})}}));
+    };
+    receive_program({});
+    name_pid_by(0x56);
+    send(teletext_pes_of({header(0x100), row(1, 1, "of the page")}));
+    name_pid_by(0x59);
+    name_pid_by(0x56);
+    send(teletext_pes_of({row(1, 2, "of another"), header(0x1FF)}));
+    EXPECT_TRUE(found().teletext.pages.empty());
 }
 
 TEST_F(contents_found, the_map_of_a_program_that_the_pat_does_not_list_says_nothing)

@@ -1,5 +1,6 @@
 #include "tests/support/stream_builder.h"
 
+#include "mpeg_ts_overview/tables/atsc_eit.h"
 #include "mpeg_ts_overview/tables/conditional_access.h"
 #include "mpeg_ts_overview/tables/dvb_time.h"
 #include "mpeg_ts_overview/tables/eit.h"
@@ -226,6 +227,15 @@ TEST_F(reading, a_tvct_has_channels)
     EXPECT_EQ(read_tvct(of(join({hex("00 02"), hidden, without_last(channel)}))).size(), 1u);
     EXPECT_TRUE(read_tvct(of({})).empty());
     EXPECT_TRUE(read_tvct(of(join({hex("01 01"), channel, hidden}))).empty());
+}
+
+TEST_F(reading, events_and_texts_of_another_protocol_are_not_read)
+{
+    const bytes event = hex("C005 00000010 F00708 00 F000");
+    EXPECT_EQ(read_atsc_eit(of(join({hex("00 01"), event}))).size(), 1u);
+    EXPECT_TRUE(read_atsc_eit(of(join({hex("01 01"), event}))).empty());
+    EXPECT_TRUE(read_ett(of(hex("00 00090016"))));
+    EXPECT_FALSE(read_ett(of(hex("01 00090016"))));
 }
 
 TEST_F(reading, an_stt_tells_utc)

@@ -258,6 +258,8 @@ class PageTest(PageCase):
         self.assertLess(self.seconds_to_open("hostile"), 2)
         self.assertEqual(self.parts(), PARTS)
         self.assertEqual(self.browser.one("#badge").text, "24 checks fail")
+        for part, rows in {"teletext": "pages", "faults": "groups", "pids": "PIDs"}.items():
+            self.assertRegex(self.browser.one("#" + part).text, r"\d of [\d\u202f]+ " + rows)
 
     def seconds_to_open(self, name):
         """From the beginning until the page is built and its visible plots are drawn. Other programs may be at work:
